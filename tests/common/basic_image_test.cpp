@@ -1,0 +1,325 @@
+// The image model: sizes, ownership, copies, views, pixel access, conversions and failures.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "common/basic_image.h"
+
+using common::BasicImage;
+
+namespace {
+
+// An Image that is not a BasicImage, with its pixels starting at bit 3 of a
+// row's first byte, to drive the pixel-by-pixel copy and the swap refusal.
+class OffsetBinaryImage : public common::Image {
+public:
+    OffsetBinaryImage(int h, int w) : height(h), width(w), bits(static_cast<size_t>(h * w), 0) {}
+    int get_height() const override { return height; }
+    int get_width() const override { return width; }
+    int get_row_size() const override { return common::row_size_of(common::BINARY, width + 3); }
+    int get_x_resolution() const override { return 150; }
+    int get_y_resolution() const override { return 200; }
+    common::ImageType get_image_type() const override { return common::BINARY; }
+    unsigned char* get_line_pointer(int) const override { return nullptr; }
+    int get_bit_offset() const override { return 3; }
+    bool get_channels(int&) const override { return false; }
+    unsigned get_pixel(int x, int y) const override { return bits[static_cast<size_t>(y * width + x)]; }
+    void set_pixel(int x, int y, unsigned v) override { bits[static_cast<size_t>(y * width + x)] = v != 0; }
+    void swap(common::Image&) override {}
+
+private:
+    int height, width;
+    std::vector<unsigned> bits;
+};
+
+unsigned char* malloc_filled(size_t size, unsigned char value) {
+    unsigned char* p = static_cast<unsigned char*>(std::malloc(size));
+    std::memset(p, value, size);
+    return p;
+}
+
+}  // namespace
+
+TEST(ImageRowSize, FollowsTheTypeTable) {
+    struct Case { common::ImageType type; int width; int row; } cases[] = {
+        {common::BINARY, 32, 4}, {common::BINARY, 33, 8}, {common::BINARY, 1, 4}, {common::BINARY, 64, 8},
+        {common::BINARY, 0, 0},  {common::GRAY, 7, 7},    {common::RGB, 7, 21},   {common::BGRA, 7, 28},
+        {common::UNKNOWN, 7, 0}, {static_cast<common::ImageType>(9), 7, 0},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(common::row_size_of(c.type, c.width), c.row) << c.type << " width " << c.width;
+        BasicImage image(3, c.width, c.type);
+        EXPECT_EQ(image.get_row_size(), c.row);
+        EXPECT_EQ(image.get_data_size(), 3 * c.row);
+    }
+}
+
+TEST(ImageConstruction, DefaultIsEmptyOwningUnknownAt300) {
+    BasicImage image;
+    EXPECT_EQ(image.get_data(), nullptr);
+    EXPECT_EQ(image.get_height(), 0);
+    EXPECT_EQ(image.get_width(), 0);
+    EXPECT_EQ(image.get_data_size(), 0);
+    EXPECT_EQ(image.get_x_resolution(), 300);
+    EXPECT_EQ(image.get_y_resolution(), 300);
+    EXPECT_EQ(image.get_image_type(), common::UNKNOWN);
+    EXPECT_TRUE(image.get_owns_data());
+}
+
+TEST(ImageConstruction, AllocatingConstructorZeroFills) {
+    BasicImage image(5, 7, common::RGB, 200, 100);
+    ASSERT_NE(image.get_data(), nullptr);
+    for (int i = 0; i < image.get_data_size(); ++i) ASSERT_EQ(image.get_data()[i], 0);
+    EXPECT_EQ(image.get_x_resolution(), 200);
+    EXPECT_EQ(image.get_y_resolution(), 100);
+    EXPECT_TRUE(image.get_owns_data());
+}
+
+TEST(ImageConstruction, ImpossibleSizeThrowsTheAllocationText) {
+    try {
+        BasicImage image(100000, 100000, common::RGB);
+        FAIL() << "no exception";
+    } catch (const std::string& text) {
+        EXPECT_EQ(text, "error while constructing BasicImage 100000 x 100000 no data, could not allocate enough memory");
+    }
+}
+
+TEST(ImageViews, DestructorLeavesTheBufferAlone) {
+    unsigned char buffer[12] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
+    {
+        BasicImage view(buffer, 3, 4, common::GRAY);
+        EXPECT_FALSE(view.get_owns_data());
+        EXPECT_EQ(view.get_pixel(1, 2), 10u);
+        view.set_pixel(0, 0, 99);
+        view.release();  // a view is left alone
+        EXPECT_EQ(view.get_data(), buffer);
+    }
+    EXPECT_EQ(buffer[0], 99);
+    EXPECT_EQ(buffer[11], 12);
+}
+
+TEST(ImageViews, AttachFreesOwnedBufferAndBecomesView) {
+    unsigned char buffer[8] = {0};
+    BasicImage image(10, 10, common::GRAY);
+    image.attach(buffer, 2, 4, common::GRAY, 300, 300);
+    EXPECT_FALSE(image.get_owns_data());
+    EXPECT_EQ(image.get_data(), buffer);
+    EXPECT_EQ(image.get_data_size(), 8);
+}
+
+TEST(ImageViews, ResetOfViewToItsOwnSizeKeepsZeroesAndOwnsTheForeignBuffer) {
+    // Required as it stands: a view reset to its own size takes over the buffer.
+    unsigned char* foreign = malloc_filled(12, 7);
+    BasicImage image(foreign, 3, 4, common::GRAY);
+    image.reset(3, 4, common::GRAY);
+    EXPECT_EQ(image.get_data(), foreign);
+    EXPECT_TRUE(image.get_owns_data());
+    for (int i = 0; i < 12; ++i) EXPECT_EQ(foreign[i], 0);
+}  // the image frees foreign here
+
+TEST(ImageViews, ResetToAnotherSizeFreesEvenAForeignBuffer) {
+    unsigned char* foreign = malloc_filled(12, 7);
+    BasicImage image(foreign, 3, 4, common::GRAY);
+    image.reset(5, 5, common::RGB, 72, 96);
+    EXPECT_NE(image.get_data(), nullptr);
+    EXPECT_EQ(image.get_data_size(), 75);
+    EXPECT_EQ(image.get_x_resolution(), 72);
+    EXPECT_TRUE(image.get_owns_data());
+}
+
+TEST(ImageCopies, DeepCopyOwnsAnEqualBuffer) {
+    unsigned char buffer[6] = {1, 2, 3, 4, 5, 6};
+    BasicImage view(buffer, 2, 3, common::GRAY, 150, 150);
+    BasicImage copy(view);
+    EXPECT_TRUE(copy.get_owns_data());
+    EXPECT_NE(copy.get_data(), buffer);
+    EXPECT_EQ(0, std::memcmp(copy.get_data(), buffer, 6));
+    EXPECT_EQ(copy.get_x_resolution(), 150);
+
+    BasicImage empty_source;
+    empty_source.attach(nullptr, 4, 5, common::GRAY);
+    BasicImage empty_copy(empty_source);
+    EXPECT_EQ(empty_copy.get_data(), nullptr);
+    EXPECT_EQ(empty_copy.get_height(), 4);
+    EXPECT_EQ(empty_copy.get_width(), 5);
+}
+
+TEST(ImageCopies, AssignmentReallocatesOnlyWhenByteCountsDiffer) {
+    BasicImage source(2, 3, common::GRAY);
+    source.set_pixel(2, 1, 42);
+    BasicImage target(3, 2, common::GRAY);  // same byte count
+    unsigned char* before = target.get_data();
+    target = source;
+    EXPECT_EQ(target.get_data(), before);
+    EXPECT_EQ(target.get_width(), 3);
+    EXPECT_EQ(target.get_pixel(2, 1), 42u);
+
+    BasicImage larger(10, 10, common::RGB);
+    target = larger;
+    EXPECT_EQ(target.get_data_size(), 300);
+    EXPECT_EQ(target.get_image_type(), common::RGB);
+
+    BasicImage empty;
+    target = empty;
+    EXPECT_EQ(target.get_data(), nullptr);
+    EXPECT_EQ(target.get_data_size(), 0);
+}
+
+TEST(ImageCopies, CopyThroughTheInterfaceWithBitOffsetGoesPixelByPixel) {
+    OffsetBinaryImage source(3, 40);
+    source.set_pixel(0, 0, 1);
+    source.set_pixel(39, 2, 1);
+    source.set_pixel(17, 1, 1);
+    BasicImage copy(static_cast<const common::Image&>(source));
+    EXPECT_EQ(copy.get_image_type(), common::BINARY);
+    EXPECT_EQ(copy.get_row_size(), 8);
+    EXPECT_EQ(copy.get_x_resolution(), 150);
+    EXPECT_EQ(copy.get_y_resolution(), 200);
+    for (int y = 0; y < 3; ++y)
+        for (int x = 0; x < 40; ++x) EXPECT_EQ(copy.get_pixel(x, y), source.get_pixel(x, y)) << x << "," << y;
+
+    BasicImage assigned(1, 1, common::GRAY);
+    assigned = static_cast<const common::Image&>(source);
+    EXPECT_EQ(assigned.get_pixel(17, 1), 1u);
+    EXPECT_EQ(assigned.get_pixel(18, 1), 0u);
+}
+
+TEST(ImageCopies, CopyThroughTheInterfaceOfBasicImageCopiesRows) {
+    BasicImage source(4, 5, common::RGB);
+    source.set_pixel(4, 3, 0x123456);
+    BasicImage copy(static_cast<const common::Image&>(source));
+    EXPECT_EQ(copy.get_pixel(4, 3), 0x123456u);
+}
+
+TEST(ImageSwap, ExchangesEveryFieldIncludingOwnership) {
+    unsigned char buffer[4] = {9, 8, 7, 6};
+    BasicImage view(buffer, 2, 2, common::GRAY, 100, 100);
+    BasicImage owned(3, 3, common::RGB);
+    unsigned char* owned_data = owned.get_data();
+    view.swap(owned);
+    EXPECT_EQ(view.get_data(), owned_data);
+    EXPECT_TRUE(view.get_owns_data());
+    EXPECT_EQ(view.get_image_type(), common::RGB);
+    EXPECT_EQ(owned.get_data(), buffer);
+    EXPECT_FALSE(owned.get_owns_data());
+    EXPECT_EQ(owned.get_x_resolution(), 100);
+}
+
+TEST(ImageSwap, RefusesAnotherKindOfImage) {
+    BasicImage image(2, 2, common::GRAY);
+    OffsetBinaryImage other(2, 2);
+    try {
+        image.swap(other);
+        FAIL() << "no exception";
+    } catch (const char* text) {
+        EXPECT_STREQ(text, "The images you want to swap must be both of type BasicImage.");
+    }
+}
+
+TEST(ImagePixels, AccessByType) {
+    BasicImage binary(2, 40, common::BINARY);
+    binary.set_pixel(0, 0, 5);
+    binary.set_pixel(39, 1, 1);
+    EXPECT_EQ(binary.get_data()[0], 0x80);            // most significant bit leftmost
+    EXPECT_EQ(binary.get_data()[8 + 4], 0x01);        // pixel 39 is bit 0 of byte 4 of row 1
+    binary.set_pixel(0, 0, 0);
+    EXPECT_EQ(binary.get_pixel(0, 0), 0u);
+
+    BasicImage rgb(1, 2, common::RGB);
+    rgb.set_pixel(1, 0, 0xAABBCC);
+    EXPECT_EQ(rgb.get_data()[3], 0xAA);  // red first
+    EXPECT_EQ(rgb.get_data()[5], 0xCC);
+
+    unsigned char bgra_pixels[8] = {0};
+    BasicImage bgra(bgra_pixels, 1, 2, common::BGRA);
+    EXPECT_EQ(bgra.get_line_pointer(0), nullptr);  // although it has a buffer
+    EXPECT_EQ(bgra.get_pixel(0, 0), 0u);
+    int channels = -1;
+    EXPECT_TRUE(bgra.get_channels(channels));
+    EXPECT_EQ(channels, 4);
+    EXPECT_FALSE(binary.get_channels(channels));
+    EXPECT_EQ(channels, 4);  // left alone
+}
+
+TEST(ImagePixels, PixelPointerOnlyForGrayAndRgb) {
+    BasicImage rgb(3, 4, common::RGB);
+    EXPECT_EQ(rgb.get_pixel_pointer(2, 1), rgb.get_data() + 12 + 6);
+    BasicImage binary(3, 4, common::BINARY);
+    try {
+        binary.get_pixel_pointer(0, 0);
+        FAIL() << "no exception";
+    } catch (const char* text) {
+        EXPECT_STREQ(text, "UNKNOWN and BGRA types are not handled in fct get_pixel_pointer");
+    }
+}
+
+TEST(ImagePixels, InvertComplementsPadding) {
+    BasicImage binary(1, 3, common::BINARY);
+    binary.invert();
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(binary.get_data()[i], 0xFF);
+}
+
+TEST(ImageBrightestColor, RedCountsDoubleAndBlueNotAtAll) {
+    BasicImage rgb(1, 3, common::RGB);
+    rgb.set_pixel(0, 0, 0x0000FF);  // pure blue: brightness 0
+    rgb.set_pixel(1, 0, 0x640000);  // red 100: (59800) / 1000 = 59
+    rgb.set_pixel(2, 0, 0x006400);  // green 100: 58
+    EXPECT_EQ(rgb.obtain_brightest_color(), 0x64u);  // red in the low byte
+
+    BasicImage stop(1, 3, common::RGB);
+    stop.set_pixel(0, 0, 0xFFFF00);  // reaches 255 at once
+    stop.set_pixel(1, 0, 0xFFFFFF);
+    EXPECT_EQ(stop.obtain_brightest_color(), 0x00FFFFu);
+
+    BasicImage ties(1, 2, common::RGB);
+    ties.set_pixel(0, 0, 0x0A0000);
+    ties.set_pixel(1, 0, 0x0A0005);  // same brightness, later: the first wins
+    EXPECT_EQ(ties.obtain_brightest_color(), 0x0Au);
+}
+
+TEST(ImageConversions, GrayFromRgbByMeanAndLuminance) {
+    BasicImage rgb(1, 2, common::RGB);
+    rgb.set_pixel(0, 0, 0xFF0000);
+    rgb.set_pixel(1, 0, 0x0A141E);  // 10, 20, 30
+    BasicImage mean;
+    mean.create_gray_from_rgb_mean(rgb);
+    EXPECT_EQ(mean.get_image_type(), common::GRAY);
+    EXPECT_EQ(mean.get_pixel(0, 0), 85u);
+    EXPECT_EQ(mean.get_pixel(1, 0), 20u);
+    EXPECT_EQ(mean.get_gray_data(), mean.get_data());
+
+    BasicImage luminance(rgb);
+    luminance.convert_rgb_to_gray(true);
+    EXPECT_EQ(luminance.get_pixel(0, 0), 76u);  // 299 * 255 / 1000
+    EXPECT_EQ(luminance.get_pixel(1, 0), 18u);  // (2990 + 11740 + 3420) / 1000
+    EXPECT_EQ(luminance.get_gray_data(), luminance.get_data());
+}
+
+TEST(ImageConversions, BinaryToGrayAndBackByThreshold) {
+    BasicImage binary(2, 37, common::BINARY);
+    binary.set_pixel(0, 0, 1);
+    binary.set_pixel(36, 1, 1);
+    binary.convert_binary_to_gray();
+    EXPECT_EQ(binary.get_image_type(), common::GRAY);
+    EXPECT_EQ(binary.get_row_size(), 37);
+    EXPECT_EQ(binary.get_pixel(0, 0), 0u);    // ink is black
+    EXPECT_EQ(binary.get_pixel(1, 0), 255u);  // paper white
+    EXPECT_EQ(binary.get_pixel(36, 1), 0u);
+
+    BasicImage gray(1, 3, common::GRAY);
+    gray.set_pixel(0, 0, 128);
+    gray.set_pixel(1, 0, 129);
+    gray.set_pixel(2, 0, 0);
+    BasicImage by_threshold(gray);
+    by_threshold.convert_gray_to_binary(128);
+    EXPECT_EQ(by_threshold.get_pixel(0, 0), 1u);  // equal to the threshold is ink
+    EXPECT_EQ(by_threshold.get_pixel(1, 0), 0u);
+    EXPECT_EQ(by_threshold.get_pixel(2, 0), 1u);
+    EXPECT_EQ(by_threshold.get_data()[0] & 0x1F, 0);  // padding bits clear
+    gray.convert_gray_to_binary();
+    EXPECT_EQ(gray.get_pixel(0, 0), 1u);  // non-zero is ink
+    EXPECT_EQ(gray.get_pixel(2, 0), 0u);
+}
