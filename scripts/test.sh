@@ -1,5 +1,8 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds the library with its tests, runs every test.
+# Installs what is missing, builds the library with its tests and runs every
+# test twice: in the release build, then in a build with AddressSanitizer (with
+# leak detection) and UndefinedBehaviorSanitizer, each in its own folder.
+# MORVANE_SKIP_SANITIZE=1 skips the second run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/deps.sh
@@ -7,7 +10,19 @@ cd "$(dirname "$0")/.."
 ensure_packages $MORVANE_BUILD_PACKAGES
 
 jobs=$(nproc)
+
+echo "== release build"
 cmake -S . -B build -DCMAKE_BUILD_TYPE=Release -DMORVANE_WERROR=ON >/dev/null
 cmake --build build -j"$jobs"
-cd build
-ctest --output-on-failure -j"$jobs"
+(cd build && ctest --output-on-failure -j"$jobs")
+
+if [ "${MORVANE_SKIP_SANITIZE:-0}" != "1" ]; then
+  echo "== sanitizer build"
+  # The benchmarks and tools add nothing that the tests do not already cover here.
+  cmake -S . -B build-sanitize -DCMAKE_BUILD_TYPE=RelWithDebInfo -DMORVANE_WERROR=ON -DMORVANE_SANITIZE=ON \
+    -DMORVANE_BUILD_BENCH=OFF >/dev/null
+  cmake --build build-sanitize -j"$jobs"
+  export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1:strict_string_checks=1
+  export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+  (cd build-sanitize && ctest --output-on-failure -j"$jobs")
+fi

@@ -6,7 +6,7 @@ namespace common {
 
 // Pixel layouts; the values are fixed because the boundary records and the type
 // tests rest on them. Rows follow each other without a gap, row 0 at the top.
-enum ImageType {
+enum ImageType : int {  // fixed type: values outside the list reach row_size_of and must stay defined
     UNKNOWN = 0,  // no pixels, rows of 0 bytes
     BINARY = 1,   // 1 bit, most significant bit leftmost, set bit = ink; rows padded to 32-bit words
     GRAY = 2,     // 8 bits
