@@ -1,0 +1,120 @@
+// The point, box, direction and implicit line records, and the line measures.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstddef>
+#include <type_traits>
+
+#include "textgeometry/direction.h"
+#include "textgeometry/geobox.h"
+#include "textgeometry/geocoordinate.h"
+#include "textgeometry/geoline_base.h"
+#include "textgeometry/geoline_base_points.h"
+
+using geometric::Geobox;
+using geometric::Geocoordinate;
+using geometric::GeolineBase;
+
+static_assert(offsetof(Geobox<int>, right) == 0, "right comes first");
+static_assert(offsetof(Geobox<int>, bottom) == sizeof(int), "then bottom");
+static_assert(offsetof(Geobox<int>, left) == 2 * sizeof(int), "then left");
+static_assert(offsetof(Geobox<int>, top) == 3 * sizeof(int), "then top");
+static_assert(sizeof(geometric::Direction) == 4, "a 32-bit enumeration");
+static_assert(geometric::HORIZONTAL_DIRECTION == 0 && geometric::VERTICAL_DIRECTION == 1, "fixed values");
+static_assert(sizeof(GeolineBase) == 3 * sizeof(double), "three coefficients, no hidden state");
+static_assert(std::is_polymorphic<GeolineBase>::value == false, "value code without virtual functions");
+static_assert(sizeof(Geocoordinate<float>) == 8 && sizeof(Geocoordinate<double>) == 16 &&
+                  sizeof(Geocoordinate<int>) == 8,
+              "x then y, nothing else");
+
+TEST(Geobox, BraceOrderIsRightBottomLeftTopAndBoundsAreInclusive) {
+    const Geobox<int> box{10, 20, 1, 5};
+    EXPECT_EQ(box.right, 10);
+    EXPECT_EQ(box.bottom, 20);
+    EXPECT_EQ(box.left, 1);
+    EXPECT_EQ(box.top, 5);
+    EXPECT_EQ(box.width(), 10);
+    EXPECT_EQ(box.height(), 16);
+    EXPECT_EQ(box.area(), 160);
+    const Geobox<int> pixel{3, 3, 3, 3};
+    EXPECT_EQ(pixel.area(), 1);
+    const Geobox<int> empty;
+    EXPECT_EQ(empty.width(), 1);
+}
+
+TEST(Geocoordinate, DefaultIsOriginAndPairConstructorKeepsOrder) {
+    const Geocoordinate<float> p;
+    EXPECT_EQ(p.x, 0.0f);
+    EXPECT_EQ(p.y, 0.0f);
+    const Geocoordinate<int> q(3, -4);
+    EXPECT_EQ(q.x, 3);
+    EXPECT_EQ(q.y, -4);
+}
+
+TEST(GeolineBase, DistanceAndValueOnGeneralAndVerticalForms) {
+    const GeolineBase general(0.75, -1.0, 2.0);  // y = 0.75 x + 2
+    const Geocoordinate<float> above(4.0f, 0.0f);  // line at y = 5
+    EXPECT_DOUBLE_EQ(general.point_value(above), 5.0);
+    EXPECT_DOUBLE_EQ(general.point_distance(above), 5.0 / 1.25);
+    EXPECT_LT(general.point_value(Geocoordinate<int>(4, 9)), 0.0);  // other side
+    const GeolineBase vertical(1.0, 0.0, -7.0);
+    EXPECT_DOUBLE_EQ(vertical.point_distance(Geocoordinate<double>(2.0, 100.0)), 5.0);
+    EXPECT_DOUBLE_EQ(vertical.point_value(Geocoordinate<double>(2.0, 100.0)), -5.0);
+}
+
+TEST(GeolineBase, AngleTable) {
+    struct Case {
+        GeolineBase line;
+        double angle;
+    };
+    const Case cases[] = {
+        {GeolineBase(0.0, -1.0, 3.0), 0.0},
+        {GeolineBase(1.0, -1.0, 0.0), 45.0},
+        {GeolineBase(-1.0, -1.0, 0.0), 135.0},  // negative atan wraps by 180
+        {GeolineBase(1.0, 0.0, -5.0), 90.0},
+        {GeolineBase(1.0, 2.2e-16, 0.0), 90.0},   // |b| at the double epsilon counts as vertical
+        {GeolineBase(-2.0, 2.0, 1.0), 45.0},      // not in normal form
+    };
+    for (const Case& c : cases) EXPECT_NEAR(c.line.line_angle(), c.angle, 1e-12) << c.line.a << " " << c.line.b;
+    EXPECT_NE(GeolineBase(1.0, 2.3e-16, 0.0).line_angle(), 90.0);
+}
+
+TEST(GeolineBase, XAtAndYAtInvertEachOther) {
+    const GeolineBase line(0.5, -1.0, 10.0);
+    EXPECT_DOUBLE_EQ(line.y_at(4.0), 12.0);
+    EXPECT_DOUBLE_EQ(line.x_at(12.0), 4.0);
+    EXPECT_DOUBLE_EQ(GeolineBase(1.0, 0.0, -7.0).x_at(123.0), 7.0);
+    EXPECT_TRUE(std::isinf(GeolineBase(1.0, 0.0, -7.0).y_at(3.0)));
+}
+
+TEST(IntersectLines, CrossingPointAndParallelCases) {
+    Geocoordinate<double> p(-1.0, -1.0);
+    ASSERT_TRUE(geometric::intersect_lines(GeolineBase(1.0, -1.0, 0.0), GeolineBase(1.0, 0.0, -3.0), p));
+    EXPECT_DOUBLE_EQ(p.x, 3.0);
+    EXPECT_DOUBLE_EQ(p.y, 3.0);
+    ASSERT_TRUE(geometric::intersect_lines(GeolineBase(0.0, -1.0, 4.0), GeolineBase(1.0, 0.0, -2.0), p));
+    EXPECT_DOUBLE_EQ(p.x, 2.0);
+    EXPECT_DOUBLE_EQ(p.y, 4.0);
+
+    // Equal slopes, two verticals, or one line twice: false, point untouched.
+    const GeolineBase pairs[][2] = {
+        {GeolineBase(0.3, -1.0, 0.0), GeolineBase(0.3, -1.0, 50.0)},
+        {GeolineBase(1.0, 0.0, -1.0), GeolineBase(1.0, 0.0, -9.0)},
+        {GeolineBase(2.0, -1.0, 1.0), GeolineBase(2.0, -1.0, 1.0)},
+    };
+    for (const auto& pair : pairs) {
+        Geocoordinate<double> q(-1.0, -2.0);
+        EXPECT_FALSE(geometric::intersect_lines(pair[0], pair[1], q));
+        EXPECT_EQ(q.x, -1.0);
+        EXPECT_EQ(q.y, -2.0);
+    }
+}
+
+TEST(GeolineBasePoints, CarriesTheLineAndItsSupport) {
+    geometric::GeolineBasePoints<int> line(GeolineBase(1.0, 0.0, -2.0), {{2, 0}, {2, 5}});
+    EXPECT_EQ(line.points.size(), 2u);
+    EXPECT_DOUBLE_EQ(line.point_distance(line.points[1]), 0.0);
+    geometric::GeolineBasePoints<float> empty;
+    EXPECT_TRUE(empty.points.empty());
+    EXPECT_EQ(empty.a, 0.0);
+}
