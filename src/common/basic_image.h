@@ -78,6 +78,15 @@ public:
     bool get_owns_data() const { return owns_data; }
     void set_image_type(ImageType type) { image_type = type; }
     void set_resolution(int x, int y) { x_resolution = x; y_resolution = y; }
+    // Lays a gray image of the given size over the buffer as it is: width, row
+    // size = width, height and byte count are rewritten, nothing is allocated.
+    // The caller makes sure the buffer holds width * height bytes.
+    void change_dimension(int new_width, int new_height) {
+        width = new_width;
+        row_size = new_width;
+        height = new_height;
+        data_size = new_width * new_height;
+    }
 
 private:
     void copy_rows_from(const Image& other);
