@@ -1,0 +1,14 @@
+// What carries a run from one line to the next during formation: the run and
+// the stroke that took it.
+#ifndef MORVANE_COMPONENTS_BEING_PROCESSED_STROKE_H
+#define MORVANE_COMPONENTS_BEING_PROCESSED_STROKE_H
+
+#include "components/binary_connected_component.h"
+#include "components/binary_run.h"
+
+struct BeingProcessedStroke {
+    BinaryConnectedComponent* stroke;
+    const BinaryRun* run;
+};
+
+#endif

@@ -1,0 +1,111 @@
+// Run-based formation of connected components in one top-down pass: runs are
+// attached to strokes, strokes chained into components, a component known by
+// the head of its chain. No label image is made during the pass.
+#ifndef MORVANE_COMPONENTS_CONNECTED_COMPONENT_CALCULATOR_H
+#define MORVANE_COMPONENTS_CONNECTED_COMPONENT_CALCULATOR_H
+
+#include <cstddef>
+#include <iterator>
+#include <list>
+#include <memory>
+#include <vector>
+
+#include "common/basic_image.h"
+#include "components/being_processed_stroke.h"
+#include "components/binary_connected_component.h"
+#include "components/runs_in_image.h"
+#include "components/runs_in_line.h"
+#include "components/stroke_array.h"
+
+// One calculator serves one image: a second formation appends to the strokes
+// of the first and replaces the runs they point into. Queries that look like
+// reads still write the chain shortcuts, so a calculator belongs to one
+// thread at a time.
+class ConnectedComponentCalculator {
+public:
+    typedef std::list<StrokeArray> StrokePool;
+
+    // Visits the heads of the components in the order of their creation:
+    // pool arrays oldest first, strokes in each array in creation order.
+    class iterator {
+    public:
+        typedef std::forward_iterator_tag iterator_category;
+        typedef BinaryConnectedComponent value_type;
+        typedef std::ptrdiff_t difference_type;
+        typedef BinaryConnectedComponent* pointer;
+        typedef BinaryConnectedComponent& reference;
+
+        iterator() : stroke(nullptr), array_end(nullptr) {}
+        reference operator*() const { return *stroke; }
+        pointer operator->() const { return stroke; }
+        iterator& operator++();
+        iterator operator++(int) {
+            iterator before = *this;
+            ++*this;
+            return before;
+        }
+        bool operator==(const iterator& other) const { return stroke == other.stroke; }
+        bool operator!=(const iterator& other) const { return stroke != other.stroke; }
+
+    private:
+        friend class ConnectedComponentCalculator;
+        iterator(BinaryConnectedComponent* stroke_, BinaryConnectedComponent* array_end_, StrokePool::iterator node_,
+                 StrokePool::iterator sentinel_)
+            : stroke(stroke_), array_end(array_end_), node(node_), sentinel(sentinel_) {}
+        // Moves on from stroke (included) to the first head, or to the end.
+        void settle();
+
+        BinaryConnectedComponent* stroke;
+        BinaryConnectedComponent* array_end;
+        StrokePool::iterator node;
+        StrokePool::iterator sentinel;
+    };
+
+    // Both flags on, one pool array with room for 10 strokes.
+    ConnectedComponentCalculator();
+    ConnectedComponentCalculator(const ConnectedComponentCalculator&) = delete;
+    ConnectedComponentCalculator& operator=(const ConnectedComponentCalculator&) = delete;
+
+    // 4 selects the four-neighbourhood; every other value the eight-neighbourhood.
+    void set_neighborhood(int neighborhood) { eight_neighborhood = neighborhood != 4; }
+    bool get_eight_neighborhood() const { return eight_neighborhood; }
+    // Nothing in the library clears it: without stored runs strokes know only
+    // their boxes and pixel counts, and every line is scanned as bitonal.
+    void set_store_runs(bool store) { store_runs = store; }
+    bool get_store_runs() const { return store_runs; }
+    int get_neighbor_reach() const { return neighbor_reach; }
+
+    // The pass over the image. An image without lines forms nothing.
+    void formulate_connected_components(const common::BasicImage& image);
+    // One new stroke for every run of line 0.
+    void init_strokes_of_first_line(const RunsInLine& runs, std::vector<BeingProcessedStroke>& current);
+    // Attaches the runs of one line to the strokes of the line above; current
+    // receives one entry for each run, in run order.
+    void process_line(const RunsInLine& runs, int line, const std::vector<BeingProcessedStroke>& previous,
+                      std::vector<BeingProcessedStroke>& current);
+
+    iterator begin();
+    iterator end();
+    // Number of components; walks the whole pool.
+    std::size_t size();
+    // True while the first pool array holds no stroke.
+    bool isemptyblob() const { return pool.front().size() == 0; }
+    // Runs of the last formation with stored runs; empty before.
+    const std::shared_ptr<RunsInImage>& get_runs_in_image() const { return runs_in_image; }
+    const StrokePool& get_pool() const { return pool; }
+
+private:
+    // A stroke of one run: box of the run, its pixels, the run recorded when
+    // runs are stored.
+    BinaryConnectedComponent* take_new_stroke(const BinaryRun& run, int line);
+    // Adds a run of this line to a stroke of the line above.
+    void extend_stroke(BinaryConnectedComponent* stroke, const BinaryRun& run, int line);
+
+    bool store_runs;
+    bool eight_neighborhood;
+    StrokePool pool;
+    std::shared_ptr<RunsInImage> runs_in_image;
+    int neighbor_reach;
+};
+
+#endif
