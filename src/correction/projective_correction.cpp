@@ -1,0 +1,383 @@
+// The projective warp, its output size, and the fill colour taken from the
+// strips just inside the page's edges.
+#include "correction/projective_correction.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <numeric>
+
+#include "common/constants.h"
+
+namespace geometric {
+
+namespace {
+
+const char* const kOutputMismatch = "output image does not match the corrected image dimensions or the input type";
+const char* const kAllocateFailed = "error while allocating image, could not allocate enough memory";
+
+// Cut toward zero, saturating where the int cannot hold the value, so that
+// absurd corners give absurd but defined sizes and positions.
+int truncate_to_int(double value) {
+    if (!(value > static_cast<double>(INT_MIN))) return value != value ? 0 : INT_MIN;
+    if (value >= static_cast<double>(INT_MAX)) return INT_MAX;
+    return static_cast<int>(value);
+}
+
+// Corner distance: single-precision differences and sum, rounded to single
+// precision after the root.
+float corner_distance(const Geocoordinate<float>& p, const Geocoordinate<float>& q) {
+    const float dx = p.x - q.x;
+    const float dy = p.y - q.y;
+    return static_cast<float>(std::sqrt(static_cast<double>(dx * dx + dy * dy)));
+}
+
+struct FreeDeleter {
+    void operator()(unsigned char* p) const { std::free(p); }
+};
+
+// Copies n bytes, n known at compile time where the pixel size is.
+template <int kBytes>
+inline void copy_pixel(unsigned char* target, const unsigned char* source, int bytes) {
+    if (kBytes > 0) {
+        for (int i = 0; i < kBytes; ++i) target[i] = source[i];
+    } else {
+        for (int i = 0; i < bytes; ++i) target[i] = source[i];
+    }
+}
+
+}  // namespace
+
+ProjectiveCorrection::ProjectiveCorrection(common::BasicImage* input_, common::BasicImage* output_)
+    : Correction(input_, output_), filling_mode(1), filling_pixel{255, 255, 255, 255} {}
+
+void ProjectiveCorrection::calculate_output_dimension(const std::vector<Geocoordinate<float>>& corners, int& width,
+                                                      int& height) {
+    if (corners.size() < 4) {
+        width = 0;
+        height = 0;
+        return;
+    }
+    const float top = corner_distance(corners[0], corners[1]);
+    const float bottom = corner_distance(corners[3], corners[2]);
+    const float left = corner_distance(corners[0], corners[3]);
+    const float right = corner_distance(corners[1], corners[2]);
+    width = truncate_to_int(0.5 * top + 0.5 * bottom + 1.0 + 0.5);
+    height = truncate_to_int(0.5 * left + 0.5 * right + 1.0 + 0.5);
+}
+
+void ProjectiveCorrection::obtain_output_img_dimension(int& width, int& height) {
+    calculate_output_dimension(control_points, width, height);
+}
+
+ProjectiveWarpCoefficients ProjectiveCorrection::calculate_warp_coefficients(
+    const std::vector<Geocoordinate<float>>& corners) {
+    const float x0 = corners[0].x, y0 = corners[0].y;
+    const float x1 = corners[1].x, y1 = corners[1].y;
+    const float x2 = corners[2].x, y2 = corners[2].y;
+    const float x3 = corners[3].x, y3 = corners[3].y;
+    ProjectiveWarpCoefficients k;
+    k.x0 = x0;
+    k.y0 = y0;
+    // The parallelogram test is made in single precision.
+    const float sx = (x0 - x1) + (x2 - x3);
+    const float sy = (y0 - y1) + (y2 - y3);
+    if (sx == 0.0f && sy == 0.0f) {
+        k.parallelogram = true;
+        k.g = 0.0;
+        k.h = 0.0;
+        k.b = static_cast<double>(x2) - x1;
+        k.e = static_cast<double>(y2) - y1;
+    } else {
+        k.parallelogram = false;
+        const double dx1 = static_cast<double>(x1) - x2;
+        const double dx2 = static_cast<double>(x3) - x2;
+        const double dy1 = static_cast<double>(y1) - y2;
+        const double dy2 = static_cast<double>(y3) - y2;
+        const double det = dx1 * dy2 - dx2 * dy1;
+        k.g = (sx * dy2 - dx2 * sy) / det;
+        k.h = (dx1 * sy - dy1 * sx) / det;
+        k.b = (static_cast<double>(x3) - x0) + x3 * k.h;
+        k.e = (static_cast<double>(y3) - y0) + y3 * k.h;
+    }
+    k.a = (static_cast<double>(x1) - x0) + x1 * k.g;
+    k.d = (static_cast<double>(y1) - y0) + y1 * k.g;
+    return k;
+}
+
+int ProjectiveCorrection::run_correction() {
+    int width = 0;
+    int height = 0;
+    obtain_output_img_dimension(width, height);
+    if (output_is_owned) {
+        // A binary input has been gray since construction.
+        output->reset(height, width, input->get_image_type(), constants::kBoundaryResolution,
+                      constants::kBoundaryResolution);
+        perspective_transformation_general(input->get_data(), output->get_data(), input->get_width(),
+                                           input->get_height(), width, height, control_points);
+        if (input_type == common::BINARY) output->convert_gray_to_binary(128);
+        return 1;
+    }
+    // A view is written in place: a wrong size or layout would write past the caller's buffer.
+    if (output->get_width() != width || output->get_height() != height || output->get_image_type() != input_type)
+        throw kOutputMismatch;
+    if (input_type != common::BINARY) {
+        perspective_transformation_general(input->get_data(), output->get_data(), input->get_width(),
+                                           input->get_height(), width, height, control_points);
+        return 1;
+    }
+    // Binary view: warp as gray into a scratch buffer, then write the bits.
+    std::unique_ptr<unsigned char, FreeDeleter> gray(
+        static_cast<unsigned char*>(std::malloc(static_cast<size_t>(width) * static_cast<size_t>(height))));
+    if (!gray) throw kAllocateFailed;
+    output->set_image_type(common::GRAY);
+    try {
+        perspective_transformation_general(input->get_data(), gray.get(), input->get_width(), input->get_height(),
+                                           width, height, control_points);
+    } catch (...) {
+        output->set_image_type(common::BINARY);
+        throw;
+    }
+    output->set_image_type(common::BINARY);
+    const unsigned char* row = gray.get();
+    for (int y = 0; y < height; ++y, row += width)
+        for (int x = 0; x < width; ++x) output->set_pixel(x, y, row[x] < 129 ? 1u : 0u);
+    return 1;
+}
+
+void ProjectiveCorrection::perspective_transformation_general(const unsigned char* input_data,
+                                                              unsigned char* output_data, int input_width,
+                                                              int input_height, int output_width, int output_height,
+                                                              std::vector<Geocoordinate<float>>& corners) {
+    if (output_width < 1 || output_height < 1 || corners.size() < 4) return;
+    const Sampling sampling(output->get_image_type(), input_width, para.interpolation);
+    const ProjectiveWarpCoefficients k = calculate_warp_coefficients(corners);
+    const int bytes = sampling.get_bytes_per_pixel();
+    const int row = sampling.get_row_size();
+    const Sampling::Sampler& sampler = sampling.get_sampler();
+#define MORVANE_WARP(kBytes)                                                                                     \
+    (k.parallelogram ? warp_rows<kBytes, true>(input_data, output_data, input_width, input_height, output_width, \
+                                               output_height, k, bytes, row, sampler)                            \
+                     : warp_rows<kBytes, false>(input_data, output_data, input_width, input_height, output_width, \
+                                                output_height, k, bytes, row, sampler))
+    switch (bytes) {
+        case 1: MORVANE_WARP(1); break;
+        case 3: MORVANE_WARP(3); break;
+        case 4: MORVANE_WARP(4); break;
+        default: MORVANE_WARP(0); break;
+    }
+#undef MORVANE_WARP
+}
+
+// The warp proper. The position is accumulated exactly as stated (row base
+// plus repeated column steps, in double precision); the floor tests are made
+// on the double values, which is the same as comparing floors with integer
+// limits and avoids converting values that do not fit an int.
+template <int kBytes, bool kParallelogram>
+void ProjectiveCorrection::warp_rows(const unsigned char* input_data, unsigned char* output_data, int input_width,
+                                     int input_height, int output_width, int output_height,
+                                     const ProjectiveWarpCoefficients& k, int bytes_per_pixel, int row_size,
+                                     const Sampling::Sampler& sampler) {
+    const int bytes = kBytes > 0 ? kBytes : bytes_per_pixel;
+    const double column_x = k.a / output_width, column_y = k.d / output_width, column_w = k.g / output_width;
+    const double row_x = k.b / output_height, row_y = k.e / output_height, row_w = k.h / output_height;
+    const double inner_right = input_width - 2, inner_bottom = input_height - 2;
+    const double right = input_width, bottom = input_height;
+    bool fill_pending = filling_mode == 1;
+
+    double base_x = k.x0, base_y = k.y0, base_w = 1.0;
+    unsigned char* out = output_data;
+    for (int v = 0; v < output_height; ++v) {
+        double nx = base_x, ny = base_y, w = base_w;
+        for (int u = 0; u < output_width; ++u, out += bytes) {
+            // In a parallelogram w stays exactly 1, and a division by 1 changes nothing.
+            const double X = kParallelogram ? nx : nx / w;
+            const double Y = kParallelogram ? ny : ny / w;
+            nx += column_x;
+            ny += column_y;
+            if (!kParallelogram) w += column_w;
+            if (X >= 1.0 && X < inner_right && Y >= 1.0 && Y < inner_bottom) {
+                const int xi = static_cast<int>(X);
+                const int yi = static_cast<int>(Y);
+                sampler(input_data + static_cast<ptrdiff_t>(yi) * row_size + static_cast<ptrdiff_t>(xi) * bytes,
+                        static_cast<float>(X - xi), static_cast<float>(Y - yi), out);
+            } else if (X >= 0.0 && X < right && Y >= 0.0 && Y < bottom) {
+                const int xi = static_cast<int>(X);
+                const int yi = static_cast<int>(Y);
+                copy_pixel<kBytes>(
+                    out, input_data + static_cast<ptrdiff_t>(yi) * row_size + static_cast<ptrdiff_t>(xi) * bytes,
+                    bytes);
+            } else {
+                if (fill_pending) {
+                    calculate_filling_pixel();
+                    fill_pending = false;
+                }
+                copy_pixel<kBytes>(out, filling_pixel, bytes);
+            }
+        }
+        base_x += row_x;
+        base_y += row_y;
+        base_w += row_w;
+    }
+}
+
+void ProjectiveCorrection::calculate_filling_pixel() {
+    if (control_points.size() < 4) return;
+    std::vector<Geocoordinate<float>> c(control_points.begin(), control_points.begin() + 4);
+    std::vector<unsigned char> pixels;
+    get_pixels_on_hor_line(c[0], c[1], pixels, true);
+    get_pixels_on_hor_line(c[3], c[2], pixels, false);
+    get_pixels_on_ver_line(c[1], c[2], pixels, false);
+    get_pixels_on_ver_line(c[0], c[3], pixels, true);
+    if (pixels.empty()) return;
+    if (input->get_image_type() == common::RGB) {
+        find_above_median_color(static_cast<int>(pixels.size() / 3), pixels.data(), filling_pixel);
+        return;
+    }
+    std::sort(pixels.begin(), pixels.end(), [](unsigned char p, unsigned char q) { return p > q; });
+    const int half = static_cast<int>(pixels.size() / 2);
+    float sum = 0.0f;
+    for (int i = 0; i < half; ++i) sum += pixels[i];
+    // A single byte leaves an empty half: black, as for a single RGB pixel.
+    filling_pixel[0] = half > 0 ? static_cast<unsigned char>(static_cast<int>(sum / static_cast<float>(half))) : 0;
+}
+
+void ProjectiveCorrection::find_above_median_color(int count, const unsigned char* pixels, unsigned char* color) {
+    if (count < 2) {
+        color[0] = color[1] = color[2] = 0;
+        return;
+    }
+    std::vector<int> brightness(static_cast<size_t>(count));
+    for (int i = 0; i < count; ++i) {
+        const unsigned char* p = pixels + 3 * i;
+        brightness[static_cast<size_t>(i)] = (299 * p[0] + 587 * p[1] + 114 * p[2]) / 1000;
+    }
+    std::vector<int> order(static_cast<size_t>(count));
+    std::iota(order.begin(), order.end(), 0);
+    // Stable: among equally bright pixels the earlier ones stay in the brighter half.
+    std::stable_sort(order.begin(), order.end(),
+                     [&brightness](int p, int q) { return brightness[static_cast<size_t>(p)] > brightness[static_cast<size_t>(q)]; });
+    const unsigned half = static_cast<unsigned>(count / 2);
+    unsigned sum[3] = {0, 0, 0};
+    for (unsigned i = 0; i < half; ++i) {
+        const unsigned char* p = pixels + 3 * order[i];
+        sum[0] += p[0];
+        sum[1] += p[1];
+        sum[2] += p[2];
+    }
+    for (int c = 0; c < 3; ++c) color[c] = static_cast<unsigned char>(sum[c] / half);
+}
+
+namespace {
+
+// One side of the page as a x + b y + c = 0: a = 1, b = 0 for a vertical side,
+// otherwise b = -1 and a the slope.
+struct SideLine {
+    double a, b, c;
+    SideLine(const Geocoordinate<float>& p, const Geocoordinate<float>& q) {
+        if (std::fabs(p.x - q.x) <= constants::kFloatEpsilon) {
+            a = 1.0;
+            b = 0.0;
+            c = -static_cast<double>(p.x);
+        } else {
+            a = (static_cast<double>(p.y) - q.y) / (static_cast<double>(p.x) - q.x);
+            b = -1.0;
+            c = q.y - a * q.x;
+        }
+    }
+};
+
+// The walk shared by both sides, in the side's own coordinates: `along` runs
+// down the side (rows of a vertical side, columns of a horizontal one),
+// `across` is the other coordinate, found from the line by across_at(along).
+// Appends the bytes at every step between the first and last places inside
+// the image, shifted inward by offset and clipped.
+template <typename AcrossAt, typename Append>
+void walk_side(int first_along, int first_across, int last_along, int last_across, int along_size, int across_size,
+               int offset, bool increase, AcrossAt across_at, Append append) {
+    if (first_along > last_along) {
+        std::swap(first_along, last_along);
+        std::swap(first_across, last_across);
+    }
+    auto inside = [&](int along, int across) {
+        return along >= 0 && along < along_size && across >= 0 && across < across_size;
+    };
+    // Forward until inside or past the end; places before 0 are never
+    // inside, so the walk may start at -1.
+    if (!inside(first_along, first_across)) {
+        if (first_along < -1) first_along = -1;
+        while (first_along < along_size) {
+            ++first_along;
+            first_across = across_at(first_along);
+            if (inside(first_along, first_across)) break;
+        }
+    }
+    // Backward until inside or at the first place; places past the end are never inside.
+    if (!inside(last_along, last_across) && last_along > first_along) {
+        if (last_along > along_size) last_along = std::max(along_size, first_along);
+        while (last_along > first_along) {
+            --last_along;
+            last_across = across_at(last_along);
+            if (inside(last_along, last_across)) break;
+        }
+    }
+    const int span = last_along - first_along;
+    if (span < 1) return;
+    const int step = span > 7 ? span / 8 : 1;
+    for (int along = first_along; along <= last_along; along += step) {
+        int across = across_at(along);
+        if (increase) {
+            across += offset;
+            if (across > across_size - 1) across = across_size - 1;
+        } else {
+            across -= offset;
+            if (across < 0) across = 0;
+        }
+        // A place can still fall outside when the side runs along the far
+        // border: it is skipped rather than read outside the buffer.
+        if (inside(along, across)) append(along, across);
+    }
+}
+
+}  // namespace
+
+void ProjectiveCorrection::get_pixels_on_ver_line(Geocoordinate<float>& first, Geocoordinate<float>& second,
+                                                  std::vector<unsigned char>& pixels, bool rightward) {
+    const int width = input->get_width();
+    const int height = input->get_height();
+    const int offset = width > 499 ? width / 100 : 5;
+    const SideLine line(first, second);
+    if (line.a == 0.0) return;  // a horizontal line crosses no rows
+    common::BasicImage* image = input;
+    const int channels = image->get_image_type() == common::RGB ? 3 : 1;
+    walk_side(static_cast<int>(first.y), static_cast<int>(first.x), static_cast<int>(second.y),
+              static_cast<int>(second.x), height, width, offset, rightward,
+              [&line](int y) { return truncate_to_int(-(line.c + line.b * y) / line.a); },
+              [&](int y, int x) {
+                  const unsigned char* p = image->get_pixel_pointer(x, y);
+                  pixels.insert(pixels.end(), p, p + channels);
+              });
+}
+
+void ProjectiveCorrection::get_pixels_on_hor_line(Geocoordinate<float>& first, Geocoordinate<float>& second,
+                                                  std::vector<unsigned char>& pixels, bool downward) {
+    const int width = input->get_width();
+    const int height = input->get_height();
+    const int offset = height > 499 ? height / 100 : 5;
+    const SideLine line(first, second);
+    if (line.b == 0.0) return;  // a vertical line crosses no columns
+    common::BasicImage* image = input;
+    const int channels = image->get_image_type() == common::RGB ? 3 : 1;
+    walk_side(static_cast<int>(first.x), static_cast<int>(first.y), static_cast<int>(second.x),
+              static_cast<int>(second.y), width, height, offset, downward,
+              [&line](int x) { return truncate_to_int(-(line.c + line.a * x) / line.b); },
+              [&](int x, int y) {
+                  const unsigned char* p = image->get_pixel_pointer(x, y);
+                  pixels.insert(pixels.end(), p, p + channels);
+              });
+}
+
+}  // namespace geometric
