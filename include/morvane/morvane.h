@@ -92,6 +92,50 @@ MORVANE_API const char* morvane_get_sha(void);
 
 /* ---- free functions ---- */
 
+/*
+ * Rectifies the quadrilateral of the input image given by four corners into
+ * a rectangle: a projective warp (bilinear sampling for gray and RGB, nearest
+ * for 1-bit images) into the caller's output buffer.
+ *
+ * corners: the page corners in input pixels, top-left, top-right,
+ *          bottom-right, bottom-left; they may lie outside the image.
+ * input:   the image to rectify; read in place, never changed or freed.
+ *          Gray (channels 1), RGB (channels 3) or 1-bit (is_binary != 0);
+ *          a four-channel image is warped on its first byte only and fails
+ *          when the corners leave the image.
+ * output:  allocated by the caller, of the width and height that
+ *          obtain_output_image_dimension gives for these corners, and of the
+ *          input's kind (same channels and is_binary). Rows follow each other
+ *          without a gap: width bytes for gray, 3 * width for RGB (red
+ *          first), and for 1-bit images width / 32 * 4 bytes, plus 4 when
+ *          width is not a multiple of 32 (most significant bit leftmost, a
+ *          set bit is ink; a warped gray value of 128 or less becomes ink).
+ *          On return the resolutions are set to 300 and data still points to
+ *          the caller's buffer.
+ * Output pixels whose source lies outside the input get the paper colour,
+ * estimated from strips just inside the page's edges.
+ * Returns 0. Failures leave as C++ exceptions (a C caller cannot catch
+ * them): const char* "output image does not match the corrected image
+ * dimensions or the input type" when output has another size or kind,
+ * "error while allocating image, could not allocate enough memory" for a
+ * 1-bit image without memory for the gray scratch image, and "UNKNOWN and
+ * BGRA types are not handled in fct get_pixel_pointer" when a four-channel
+ * image needs a fill colour.
+ */
+MORVANE_API int perform_projective_correction(const ControlPointCorners* corners, const ImageCApi* input, ImageCApi* output);
+
+/*
+ * The size of the rectified image for the given corners (top-left,
+ * top-right, bottom-right, bottom-left, input pixels): the mean length of
+ * opposite sides plus one, rounded,
+ *   width  = (int)(0.5 |c0 c1| + 0.5 |c3 c2| + 1.5)
+ *   height = (int)(0.5 |c0 c3| + 0.5 |c1 c2| + 1.5),
+ * so that an image's own corners give the image's size.
+ * width, height: receive the size in pixels, at least 1.
+ * Returns 0; throws nothing.
+ */
+MORVANE_API int obtain_output_image_dimension(const ControlPointCorners* corners, int* width, int* height);
+
 /* ------------------------------------------------------------------------ */
 /* Corrector family                                                          */
 /* ------------------------------------------------------------------------ */

@@ -22,18 +22,52 @@ LAYOUT(offsetof(VanishingPointsCApi, vertical_point) == 40, vanishing_vpoint);
 LAYOUT(offsetof(VanishingPointsCApi, vertical_angle) == 60, vanishing_vangle);
 
 static int failures = 0;
+static int checks = 0;
 
 static void expect_text(const char* got, const char* want) {
+    ++checks;
     if (strcmp(got, want) != 0) {
         printf("expected \"%s\", got \"%s\"\n", want, got);
         ++failures;
     }
 }
 
+static void expect_int(int got, int want, const char* what) {
+    ++checks;
+    if (got != want) {
+        printf("%s: expected %d, got %d\n", what, want, got);
+        ++failures;
+    }
+}
+
+/* A small gray image rectified with its own corners keeps its size; the
+ * first column is copied and the last column repeats the one before. */
+static void check_own_corner_rectification(void) {
+    enum { W = 12, H = 9 };
+    unsigned char input[W * H];
+    unsigned char output[W * H];
+    ControlPointCorners corners = {{0, W - 1, W - 1, 0}, {0, 0, H - 1, H - 1}};
+    ImageCApi in = {W, H, 0, 0, 1, 0, NULL};
+    ImageCApi out = {W, H, 0, 0, 1, 0, NULL};
+    int width = 0, height = 0, i;
+    for (i = 0; i < W * H; ++i) input[i] = (unsigned char)(i * 7 + 3);
+    memset(output, 0, sizeof output);
+    in.data = input;
+    out.data = output;
+    expect_int(obtain_output_image_dimension(&corners, &width, &height), 0, "dimension result");
+    expect_int(width, W, "width");
+    expect_int(height, H, "height");
+    expect_int(perform_projective_correction(&corners, &in, &out), 0, "correction result");
+    expect_int(out.x_resolution, 300, "x resolution");
+    expect_int(output[0], input[0], "top-left pixel");
+    expect_int(output[W - 1], input[W - 2], "top-right pixel");
+}
+
 int main(void) {
     expect_text(morvane_get_version_number(), "version of library: 16.1.8.9");
     expect_text(morvane_get_branch_name(), "git branch: version_16.1.8.xx");
     expect_text(morvane_get_sha(), "git sha: 85f81e8fe173efda1e5b0ddcfa2630298ac03c14");
-    printf("%d passed, %d failed\n", 3 - failures, failures);
+    check_own_corner_rectification();
+    printf("%d checks, %d failed\n", checks, failures);
     return failures == 0 ? 0 : 1;
 }
