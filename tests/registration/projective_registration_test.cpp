@@ -1,0 +1,324 @@
+// The registration base: flag classification, size ratios, the corner
+// examinations and the border lines of the edge corner search.
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "common/basic_image.h"
+#include "registration/projective_registration.h"
+
+using namespace geometric;
+using Corners = std::vector<Geocoordinate<float>>;
+
+namespace {
+
+class TestRegistration : public ProjectiveRegistration {
+public:
+    using ProjectiveRegistration::ProjectiveRegistration;
+    using ProjectiveRegistration::examine_virtual_corners;
+    RegistrationOutputType run_registration() override { return REGISTRATION_NO_GEOMETRY; }
+};
+
+// Hands out fixed corners as if the bounding lines had given them.
+class FixedCornerRegistration : public TestRegistration {
+public:
+    using TestRegistration::TestRegistration;
+    bool perform_edge_corner_searching() override {
+        corners = found;
+        return answer;
+    }
+    Corners found;
+    bool answer = true;
+};
+
+struct Flags {
+    bool hor_vp, hor_parallel, ver_vp, ver_parallel;
+};
+
+void set_flags(VanishingPointHorVerInfo& info, Flags f) {
+    info.horizontal.has_vanishing_point = f.hor_vp;
+    info.horizontal.is_parallel = f.hor_parallel;
+    info.vertical.has_vanishing_point = f.ver_vp;
+    info.vertical.is_parallel = f.ver_parallel;
+}
+
+Flags flags_of(const VanishingPointHorVerInfo& info) {
+    return {info.horizontal.has_vanishing_point, info.horizontal.is_parallel, info.vertical.has_vanishing_point,
+            info.vertical.is_parallel};
+}
+
+bool operator==(Flags a, Flags b) {
+    return a.hor_vp == b.hor_vp && a.hor_parallel == b.hor_parallel && a.ver_vp == b.ver_vp &&
+           a.ver_parallel == b.ver_parallel;
+}
+
+// An axis-parallel rectangle of corners whose output is width x height.
+Corners rectangle(float width, float height) {
+    return {{0, 0}, {width - 1, 0}, {width - 1, height - 1}, {0, height - 1}};
+}
+
+constexpr Flags kNone{false, false, false, false};
+constexpr Flags kAll{true, true, true, true};
+constexpr Flags kBothVp{true, false, true, false};
+const Corners kSharpAtOne{{0, 0}, {200, 0}, {30, 40}, {0, 40}};
+
+}  // namespace
+
+TEST(ProjectiveRegistration, StartsWithNoGeometry) {
+    common::BasicImage image(80, 120, common::GRAY);
+    TestRegistration r(&image);
+    EXPECT_EQ(r.image, &image);
+    EXPECT_EQ(r.registration_output, REGISTRATION_NO_GEOMETRY);
+    EXPECT_EQ(r.output_width, 0);
+    EXPECT_EQ(r.output_height, 0);
+    EXPECT_TRUE(r.corners.empty() && r.bounding_lines.empty());
+    EXPECT_TRUE(flags_of(r.vanishing_points) == kNone);
+    EXPECT_EQ(r.vanishing_points.vertical.angle, 90.0f);
+    EXPECT_EQ(r.bounding_vanishing_points.vertical.angle, 90.0f);
+    EXPECT_EQ(r.bounding_line_property.top_index, -1);
+    EXPECT_EQ(r.bounding_line_property.vertical_angle_disparity, 45.0);
+}
+
+TEST(ProjectiveRegistration, FlagClassificationTable) {
+    struct Case {
+        const char* what;
+        Flags flags;
+        float hor_angle, ver_angle;
+        int expected;
+    };
+    // Disparities 0.4 and 0.4: both tolerances are exactly 0.5 in double.
+    const Case cases[] = {
+        {"two vanishing points", kBothVp, 10.0f, 80.0f, 1},
+        {"two vanishing points win over parallel flags", kAll, 0.0f, 90.0f, 1},
+        {"horizontal point, vertical parallel", {true, false, false, true}, 0.0f, 90.0f, 4},
+        {"vertical point, horizontal parallel", {false, true, true, false}, 0.0f, 90.0f, 4},
+        {"point and parallel of one direction", {true, true, false, false}, 0.0f, 90.0f, 4},
+        {"point and both parallel flags", {true, true, false, true}, 0.0f, 90.0f, 4},
+        {"both parallel, straight", {false, true, false, true}, 0.0f, 90.0f, 2},
+        {"both parallel, horizontal just below the tolerance", {false, true, false, true}, 0.4999f, 90.0f, 2},
+        {"both parallel, horizontal at the tolerance", {false, true, false, true}, 0.5f, 90.0f, 3},
+        {"both parallel, horizontal wrapped near 180", {false, true, false, true}, 179.6f, 90.0f, 2},
+        {"both parallel, horizontal at 180 less the tolerance", {false, true, false, true}, 179.5f, 90.0f, 3},
+        {"both parallel, vertical at 90.5, end included", {false, true, false, true}, 0.0f, 90.5f, 2},
+        {"both parallel, vertical at 89.5, end included", {false, true, false, true}, 0.0f, 89.5f, 2},
+        {"both parallel, vertical past the end", {false, true, false, true}, 0.0f, 90.51f, 3},
+        {"both parallel, slanted", {false, true, false, true}, 3.0f, 87.0f, 3},
+        {"horizontal point alone", {true, false, false, false}, 0.0f, 90.0f, 5},
+        {"vertical point alone", {false, false, true, false}, 0.0f, 90.0f, 5},
+        {"horizontal parallel alone", {false, true, false, false}, 0.0f, 90.0f, 6},
+        {"vertical parallel alone", {false, false, false, true}, 0.0f, 90.0f, 6},
+        {"nothing", kNone, 0.0f, 90.0f, -1},
+    };
+    for (const Case& c : cases) {
+        VanishingPointHorVerInfo info;
+        set_flags(info, c.flags);
+        info.horizontal.angle = c.hor_angle;
+        info.vertical.angle = c.ver_angle;
+        EXPECT_EQ(ProjectiveRegistration::classify_vanishing_point_flags(info, 0.4, 0.4), c.expected) << c.what;
+    }
+}
+
+TEST(ProjectiveRegistration, ClassificationReadsTheDisparitiesOfItsParameters) {
+    common::BasicImage image(100, 100, common::GRAY);
+    TestRegistration r(&image);
+    set_flags(r.vanishing_points, {false, true, false, true});
+    r.vanishing_points.horizontal.angle = 0.1f;
+    r.vanishing_points.vertical.angle = 90.5f;  // 0.4 + 0.1 admits it
+    EXPECT_EQ(r.classify_vanishing_point_flags(), REGISTRATION_STRAIGHT_PAGE);
+    r.vanishing_points.horizontal.angle = 0.31f;  // past 0.2 + 0.1
+    EXPECT_EQ(r.classify_vanishing_point_flags(), REGISTRATION_TWO_PARALLEL_DIRECTIONS);
+    r.para.horizontal_angle_disparity = 1.0f;
+    EXPECT_EQ(r.classify_vanishing_point_flags(), REGISTRATION_STRAIGHT_PAGE);
+}
+
+TEST(ProjectiveRegistration, SizeRatioLimits) {
+    EXPECT_EQ(ProjectiveRegistration::calculate_size_ratio(250, 100), 2.5f);  // larger: o / i
+    EXPECT_GT(ProjectiveRegistration::calculate_size_ratio(251, 100), 2.5f);
+    EXPECT_EQ(ProjectiveRegistration::calculate_size_ratio(100, 375), 2.5f);  // smaller: i / o / 1.5
+    EXPECT_GT(ProjectiveRegistration::calculate_size_ratio(100, 376), 2.5f);
+    EXPECT_EQ(ProjectiveRegistration::calculate_size_ratio(100, 100), 1.0f / 1.5f);
+}
+
+TEST(ProjectiveRegistration, EdgeCornersTable) {
+    struct Case {
+        const char* what;
+        int image_width, image_height;
+        Corners corners;
+        Flags flags_in;
+        bool expected;
+        Flags flags_out;
+    };
+    const Case cases[] = {
+        {"output 2.5 times the image width passes", 100, 100, rectangle(250, 100), kBothVp, true, kBothVp},
+        {"one more column drops the vertical direction", 100, 100, rectangle(251, 100), kBothVp, true,
+         {true, false, false, false}},
+        {"image 3.75 times the output width passes", 375, 100, rectangle(100, 100), kAll, true, kAll},
+        {"image 3.76 times drops the vertical direction", 376, 100, rectangle(100, 100), kAll, true,
+         {true, true, false, false}},
+        {"height out of proportion drops the horizontal direction", 100, 100, rectangle(100, 251), kAll, true,
+         {false, false, true, true}},
+        {"with only horizontal flags nothing is left", 100, 100, rectangle(100, 251), {true, true, false, false},
+         false, kNone},
+        {"both out of proportion", 100, 100, rectangle(300, 300), kAll, false, kNone},
+        {"no flags at all", 100, 100, rectangle(100, 100), kNone, false, kNone},
+        // Top 62 and bottom 310: their ratio is exactly 2 x 2.5 and passes.
+        {"top and bottom ratio at twice the limit", 200, 300, {{124, 0}, {186, 0}, {310, 300}, {0, 300}}, kBothVp,
+         true, kBothVp},
+        {"top and bottom ratio past twice the limit", 200, 300, {{125, 0}, {185, 0}, {310, 300}, {0, 300}}, kBothVp,
+         true, {true, false, false, false}},
+        // Left 62 and right 310 high: drops the horizontal direction.
+        {"left and right ratio past twice the limit", 300, 200, {{0, 125}, {300, 0}, {300, 310}, {0, 185}}, kBothVp,
+         true, {false, false, true, false}},
+        {"convex, 13 degrees at corner 1", 100, 100, kSharpAtOne, kBothVp, false, kBothVp},
+    };
+    for (const Case& c : cases) {
+        common::BasicImage image(c.image_height, c.image_width, common::GRAY);
+        FixedCornerRegistration r(&image);
+        r.found = c.corners;
+        set_flags(r.vanishing_points, c.flags_in);
+        EXPECT_EQ(r.otain_edge_corners(), c.expected) << c.what;
+        EXPECT_TRUE(flags_of(r.vanishing_points) == c.flags_out) << c.what;
+    }
+}
+
+TEST(ProjectiveRegistration, EdgeCornersComputeTheOutputSize) {
+    common::BasicImage image(100, 100, common::GRAY);
+    FixedCornerRegistration r(&image);
+    r.found = rectangle(120, 90);
+    set_flags(r.vanishing_points, kBothVp);
+    ASSERT_TRUE(r.otain_edge_corners());
+    EXPECT_EQ(r.output_width, 120);
+    EXPECT_EQ(r.output_height, 90);
+}
+
+TEST(ProjectiveRegistration, ObtainCornersEmptiesTheCornersOnFailure) {
+    common::BasicImage image(100, 100, common::GRAY);
+    FixedCornerRegistration r(&image);
+    r.found = rectangle(300, 300);
+    set_flags(r.vanishing_points, kAll);
+    EXPECT_FALSE(r.obtain_corners());
+    EXPECT_TRUE(r.corners.empty());
+
+    r.found = rectangle(100, 100);
+    r.answer = false;
+    set_flags(r.vanishing_points, kAll);
+    EXPECT_FALSE(r.obtain_corners());
+    EXPECT_TRUE(r.corners.empty());
+
+    r.answer = true;
+    EXPECT_TRUE(r.obtain_corners());
+    EXPECT_EQ(r.corners.size(), 4u);
+}
+
+// Straight page (2) or no geometry without vanishing point flags: no virtual
+// corners, so the driver falls back to the full image.
+TEST(ProjectiveRegistration, VirtualCornersRefuseAStraightPageWithoutPoints) {
+    common::BasicImage image(100, 100, common::GRAY);
+    for (RegistrationOutputType output : {REGISTRATION_STRAIGHT_PAGE, REGISTRATION_NO_GEOMETRY,
+                                          REGISTRATION_VIRTUAL_CORNERS_REJECTED}) {
+        TestRegistration r(&image);
+        r.registration_output = output;
+        set_flags(r.vanishing_points, {false, true, false, true});
+        EXPECT_FALSE(r.transform_vp_2_vc());
+        EXPECT_TRUE(r.corners.empty());
+        r.para.use_edge_corners = false;
+        EXPECT_FALSE(r.obtain_corners());
+        EXPECT_EQ(r.registration_output, REGISTRATION_NO_GEOMETRY);
+        EXPECT_TRUE(r.corners.empty());
+    }
+}
+
+TEST(ProjectiveRegistration, VirtualCornerExaminationTable) {
+    struct Case {
+        const char* what;
+        Corners corners;
+        Flags flags_in;
+        bool expected;
+        int output;
+        Flags flags_out;
+    };
+    const int kUnchanged = 99;
+    const Case cases[] = {
+        {"in proportion", rectangle(250, 100), kBothVp, true, 1, kBothVp},
+        {"in proportion, one parallel direction", rectangle(100, 100), {false, true, false, false}, true, 1,
+         {false, true, false, false}},
+        {"convex, 13 degrees at corner 1", kSharpAtOne, kBothVp, false, -7, kBothVp},
+        // One direction dropped, one left: the corners are made again from it
+        // (no calculator answers yet, so the remake fails).
+        {"width out of proportion, horizontal remains", rectangle(251, 100), kBothVp, false, kUnchanged,
+         {true, false, false, false}},
+        {"both out of proportion", rectangle(300, 300), kBothVp, false, -7, kNone},
+        // A single horizontal flag and a dropped width: one flag, one count, rejected.
+        {"count equals the flags though a direction remains", rectangle(251, 100), {true, false, false, false},
+         false, -7, {true, false, false, false}},
+    };
+    common::BasicImage image(100, 100, common::GRAY);
+    for (const Case& c : cases) {
+        TestRegistration r(&image);
+        r.registration_output = REGISTRATION_ONE_VANISHING_POINT;
+        r.corners = c.corners;
+        set_flags(r.vanishing_points, c.flags_in);
+        EXPECT_EQ(r.examine_virtual_corners(), c.expected) << c.what;
+        const int expected_output = c.output == kUnchanged ? REGISTRATION_ONE_VANISHING_POINT : c.output;
+        EXPECT_EQ(r.registration_output, expected_output) << c.what;
+        EXPECT_TRUE(flags_of(r.vanishing_points) == c.flags_out) << c.what;
+    }
+}
+
+TEST(ProjectiveRegistration, EdgeSearchWithoutLinesFindsNothing) {
+    common::BasicImage image(100, 100, common::GRAY);
+    TestRegistration r(&image);
+    EXPECT_FALSE(r.perform_edge_corner_searching());
+    EXPECT_TRUE(r.bounding_lines.empty());
+}
+
+TEST(ProjectiveRegistration, EdgeSearchFillsMissingSidesWithImageBorders) {
+    common::BasicImage image(80, 120, common::GRAY);  // 80 rows, 120 columns
+    TestRegistration r(&image);
+    BoundingLine top;
+    top.position = TOP_BOUNDARY;
+    top.line = GeolineBase(0.01, -1.0, 5.0);
+    top.segment_length = 90;
+    r.bounding_lines.push_back(top);
+    r.bounding_line_property.top_index = 0;
+    r.bounding_line_property.horizontal_lines.push_back(0);
+
+    EXPECT_TRUE(r.perform_edge_corner_searching());
+    ASSERT_EQ(r.bounding_lines.size(), 4u);
+    struct Expected {
+        BoundingLinePosition position;
+        double a, b, c;
+    };
+    const Expected expected[] = {
+        {TOP_BOUNDARY, 0.01, -1.0, 5.0},
+        {LEFT_BOUNDARY, 1.0, 0.0, 0.0},
+        {RIGHT_BOUNDARY, 1.0, 0.0, -119.0},
+        {BOTTOM_BOUNDARY, 0.0, -1.0, 79.0},
+    };
+    for (int i = 0; i < 4; ++i) {
+        const BoundingLine& line = r.bounding_lines[i];
+        EXPECT_EQ(line.position, expected[i].position) << i;
+        EXPECT_EQ(line.line.a, expected[i].a) << i;
+        EXPECT_EQ(line.line.b, expected[i].b) << i;
+        EXPECT_EQ(line.line.c, expected[i].c) << i;
+    }
+    EXPECT_EQ(r.bounding_lines[1].segment_length, 0);  // the rest of a border line is the default
+    EXPECT_EQ(r.bounding_lines[3].support_count, 1);
+    EXPECT_TRUE(r.bounding_lines[2].has_dominant_segment);
+    const BoundingLineProperty& p = r.bounding_line_property;
+    EXPECT_EQ(p.left_index, 1);
+    EXPECT_EQ(p.right_index, 2);
+    EXPECT_EQ(p.top_index, 0);
+    EXPECT_EQ(p.bottom_index, 3);
+    EXPECT_EQ(p.vertical_lines, (std::vector<int>{1, 2}));
+    EXPECT_EQ(p.horizontal_lines, (std::vector<int>{0, 3}));
+}
+
+TEST(ProjectiveRegistration, EdgeSearchWithFourLinesAddsNone) {
+    common::BasicImage image(80, 120, common::GRAY);
+    TestRegistration r(&image);
+    r.bounding_lines.assign(4, BoundingLine());  // indices all still -1
+    EXPECT_TRUE(r.perform_edge_corner_searching());
+    EXPECT_EQ(r.bounding_lines.size(), 4u);
+    EXPECT_EQ(r.bounding_line_property.left_index, -1);
+}

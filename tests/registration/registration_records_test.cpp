@@ -1,0 +1,118 @@
+// Layouts and defaults of the records that registrations exchange.
+#include <gtest/gtest.h>
+
+#include <cstddef>
+
+#include "registration/bounding_line.h"
+#include "registration/projective_registration_para.h"
+#include "registration/registration_output_type.h"
+#include "registration/vanishing_point_output.h"
+
+using namespace geometric;
+
+static_assert(sizeof(RegistrationOutputType) == 4, "an int");
+static_assert(REGISTRATION_VIRTUAL_CORNERS_REJECTED == -7 && REGISTRATION_NO_GEOMETRY == -1 &&
+                  REGISTRATION_NO_RESULT == 0 && REGISTRATION_STRAIGHT_PAGE == 2 &&
+                  REGISTRATION_ONE_PARALLEL_DIRECTION == 6,
+              "fixed values");
+static_assert(sizeof(BoundingLinePosition) == 4 && sizeof(BoundingLineType) == 4, "32-bit enumerations");
+static_assert(INVALID_BOUNDARY == -1 && LEFT_BOUNDARY == 0 && TOP_BOUNDARY == 1 && RIGHT_BOUNDARY == 2 &&
+                  BOTTOM_BOUNDARY == 3,
+              "fixed values");
+static_assert(REGULAR_BOUNDING_LINE == 0 && WEAK_BOUNDING_LINE == 3, "fixed values");
+
+static_assert(offsetof(VanishingPointOutput, status) == 0, "");
+static_assert(offsetof(VanishingPointOutput, has_vanishing_point) == 4, "");
+static_assert(offsetof(VanishingPointOutput, is_parallel) == 5, "");
+static_assert(offsetof(VanishingPointOutput, angle) == 8, "");
+static_assert(offsetof(VanishingPointHorVerInfo, horizontal_point) < offsetof(VanishingPointHorVerInfo, horizontal) &&
+                  offsetof(VanishingPointHorVerInfo, horizontal) < offsetof(VanishingPointHorVerInfo, vertical_point) &&
+                  offsetof(VanishingPointHorVerInfo, vertical_point) < offsetof(VanishingPointHorVerInfo, vertical),
+              "horizontal point, horizontal, vertical point, vertical");
+
+static_assert(offsetof(BoundingLine, position) == 0, "");
+static_assert(offsetof(BoundingLine, line) == 8, "three doubles after the position");
+static_assert(offsetof(BoundingLine, support_count) == 32, "");
+static_assert(offsetof(BoundingLine, segment_length) == 36, "");
+static_assert(offsetof(BoundingLine, x1) == 40 && offsetof(BoundingLine, y1) == 44 &&
+                  offsetof(BoundingLine, x2) == 48 && offsetof(BoundingLine, y2) == 52,
+              "");
+static_assert(offsetof(BoundingLine, has_dominant_segment) == 56, "");
+
+TEST(RegistrationRecords, DefaultsAreTheDocumentedOnes) {
+    const VanishingPointHorVerInfo info;
+    EXPECT_EQ(info.horizontal.status, 0);
+    EXPECT_FALSE(info.horizontal.has_vanishing_point || info.horizontal.is_parallel);
+    EXPECT_FALSE(info.vertical.has_vanishing_point || info.vertical.is_parallel);
+    EXPECT_EQ(info.horizontal.angle, 0.0f);
+    EXPECT_EQ(info.vertical.angle, 90.0f);
+    EXPECT_EQ(info.horizontal_point.x, 0.0);
+    EXPECT_EQ(info.vertical_point.y, 0.0);
+
+    const BoundingLine line;
+    EXPECT_EQ(line.position, LEFT_BOUNDARY);
+    EXPECT_EQ(line.line.a, 0.0);
+    EXPECT_EQ(line.support_count, 1);
+    EXPECT_EQ(line.segment_length, 0);
+    EXPECT_EQ(line.x2, 0.0f);
+    EXPECT_TRUE(line.has_dominant_segment);
+    EXPECT_FALSE(line.is_filled());
+    BoundingLine vertical;
+    vertical.line = GeolineBase(1.0, 0.0, -4.0);
+    EXPECT_TRUE(vertical.is_filled());
+
+    const BoundingLineProperty property;
+    EXPECT_EQ(property.left_index, -1);
+    EXPECT_EQ(property.right_index, -1);
+    EXPECT_EQ(property.top_index, -1);
+    EXPECT_EQ(property.bottom_index, -1);
+    EXPECT_EQ(property.horizontal_angle_disparity, 45.0);
+    EXPECT_EQ(property.vertical_angle_disparity, 45.0);
+    EXPECT_EQ(property.horizontal_intercept_disparity, 0.0);
+    EXPECT_TRUE(property.horizontal_lines.empty() && property.vertical_lines.empty());
+}
+
+TEST(RegistrationRecords, BoundaryFamilyIsTheLowestBit) {
+    EXPECT_FALSE(is_horizontal_boundary(LEFT_BOUNDARY));
+    EXPECT_FALSE(is_horizontal_boundary(RIGHT_BOUNDARY));
+    EXPECT_TRUE(is_horizontal_boundary(TOP_BOUNDARY));
+    EXPECT_TRUE(is_horizontal_boundary(BOTTOM_BOUNDARY));
+}
+
+TEST(ProjectiveRegistrationPara, DefaultsAndAssignmentOfAllTenFields) {
+    const hybrid::ProjectiveRegistrationPara defaults;
+    EXPECT_EQ(defaults.maximum_size_ratio, 2.5f);
+    EXPECT_TRUE(defaults.use_edge_corners);
+    EXPECT_EQ(defaults.maximum_dimension, 1500);
+    EXPECT_EQ(defaults.line_support_ratio, 0.2f);
+    EXPECT_EQ(defaults.horizontal_angle_disparity, 0.2f);
+    EXPECT_EQ(defaults.vertical_angle_disparity, 0.4f);
+    EXPECT_FALSE(defaults.within_the_image);
+    EXPECT_EQ(defaults.minimum_quadrilateral_angle, 45.0f);
+    EXPECT_EQ(defaults.minimum_aoi_area, 0.05f);
+    EXPECT_EQ(defaults.minimum_largest_dimension_percentage_threshold, 0.1);
+
+    hybrid::ProjectiveRegistrationPara changed;
+    changed.maximum_size_ratio = 3.0f;
+    changed.use_edge_corners = false;
+    changed.maximum_dimension = 900;
+    changed.line_support_ratio = 0.7f;
+    changed.horizontal_angle_disparity = 1.0f;
+    changed.vertical_angle_disparity = 2.0f;
+    changed.within_the_image = true;
+    changed.minimum_quadrilateral_angle = 30.0f;
+    changed.minimum_aoi_area = 0.2f;
+    changed.minimum_largest_dimension_percentage_threshold = 0.5;
+    hybrid::ProjectiveRegistrationPara copy;
+    copy = changed;
+    EXPECT_EQ(copy.maximum_size_ratio, 3.0f);
+    EXPECT_FALSE(copy.use_edge_corners);
+    EXPECT_EQ(copy.maximum_dimension, 900);
+    EXPECT_EQ(copy.line_support_ratio, 0.7f);
+    EXPECT_EQ(copy.horizontal_angle_disparity, 1.0f);
+    EXPECT_EQ(copy.vertical_angle_disparity, 2.0f);
+    EXPECT_TRUE(copy.within_the_image);
+    EXPECT_EQ(copy.minimum_quadrilateral_angle, 30.0f);
+    EXPECT_EQ(copy.minimum_aoi_area, 0.2f);
+    EXPECT_EQ(copy.minimum_largest_dimension_percentage_threshold, 0.5);
+}
