@@ -2,9 +2,9 @@
 // whether those corners are plausible.
 #include "registration/projective_registration.h"
 
-#include <climits>
 #include <cmath>
 
+#include "correction/projective_correction.h"
 #include "edgelines/bounding_lines_operator.h"
 #include "registration/corner_calculator_parallel.h"
 #include "registration/corner_calculator_parallel_mixed_projective.h"
@@ -27,12 +27,6 @@ float side_length(const Geocoordinate<float>& p, const Geocoordinate<float>& q) 
     const float dx = p.x - q.x;
     const float dy = p.y - q.y;
     return static_cast<float>(std::sqrt(static_cast<double>(dx * dx + dy * dy)));
-}
-
-int truncate_to_int(double value) {
-    if (!(value > static_cast<double>(INT_MIN))) return value != value ? 0 : INT_MIN;
-    if (value >= static_cast<double>(INT_MAX)) return INT_MAX;
-    return static_cast<int>(value);
 }
 
 // Longer over shorter, single precision.
@@ -220,17 +214,7 @@ bool ProjectiveRegistration::perform_edge_corner_searching() {
 }
 
 void ProjectiveRegistration::calculate_output_dimension() {
-    if (corners.size() < 4) {
-        output_width = 0;
-        output_height = 0;
-        return;
-    }
-    const float top = side_length(corners[0], corners[1]);
-    const float bottom = side_length(corners[3], corners[2]);
-    const float left = side_length(corners[0], corners[3]);
-    const float right = side_length(corners[1], corners[2]);
-    output_width = truncate_to_int(0.5 * top + 0.5 * bottom + 1.0 + 0.5);
-    output_height = truncate_to_int(0.5 * left + 0.5 * right + 1.0 + 0.5);
+    ProjectiveCorrection::calculate_output_dimension(corners, output_width, output_height);
 }
 
 void ProjectiveRegistration::clear_horizontal_flags() {
