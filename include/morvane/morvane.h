@@ -166,6 +166,51 @@ MORVANE_API int obtain_output_image_dimension(const ControlPointCorners* corners
 
 /* ---- line segment family ---- */
 
+/*
+ * A line segment detector with a-contrario validation, followed by a pass
+ * that links collinear segments whose ends lie within 5 pixels of each
+ * other. Fixed settings: the image is first scaled by 0.8 under a Gaussian
+ * of sigma 0.6 / 0.8, angle tolerance 22.5 degrees, gradient quantisation
+ * 2.0, detection threshold log10(NFA) 0.0, density 0.7, 1024 bins; linking
+ * tolerance 7 degrees, linked segments validated again at threshold 0.0.
+ * A handle holds settings only: two handles may run in two threads.
+ */
+
+/* A new detector with the settings above. Free it with destroy_lsd. */
+MORVANE_API void* lsd_create(void);
+
+/*
+ * Detects the line segments of an 8-bit gray image.
+ * handle: from lsd_create.
+ * image:  width x height gray pixels, width bytes a row (channels 1 or 0,
+ *         is_binary 0); read in place, never written or kept. A NULL data
+ *         pointer is read as an all-black image, which has no segment.
+ * count:  receives the number of segments, 0 or more.
+ * Returns an array of 7 * *count doubles allocated with malloc, which the
+ * caller frees with clean_lines (or free); NULL when there is no segment.
+ * Segment i occupies entries 7 i to 7 i + 6, in this order:
+ *   x1, y1  first end, pixels of the image (origin at the top-left pixel)
+ *   x2, y2  second end; the brighter side lies on the left when walking
+ *           from the first end to the second as the image is displayed
+ *   width   of the segment's rectangle, pixels, at least 0.5 / 0.8
+ *   p       angle tolerance of the segment as a fraction of pi (0 < p < 1)
+ *   log_nfa -log10 of its number of false alarms in noise; higher is surer,
+ *           every segment returned has more than 0.0
+ * Ends lie on a grid of 1 / 0.8 pixels: they are cut to whole pixels of
+ * the scaled image before scaling back.
+ * Throws (as a C++ const char*) "line segment detection needs an 8-bit gray
+ * image" for a binary or colour record, and "error while allocating line
+ * segments, could not allocate enough memory" when the result cannot be
+ * allocated.
+ */
+MORVANE_API double* search_for_line_segments(void* handle, const ImageCApi* image, int* count);
+
+/* Frees an array returned by search_for_line_segments; NULL is accepted. */
+MORVANE_API void clean_lines(double* lines);
+
+/* Destroys a detector from lsd_create; NULL is accepted. */
+MORVANE_API void destroy_lsd(void* handle);
+
 #ifdef __cplusplus
 }
 #endif

@@ -1,0 +1,238 @@
+// The detector on generated scenes: what it finds, where, and that it finds
+// the same every time.
+#include "linesegments/line_segment_generator.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <thread>
+
+#include "linesegments/angle_tools.h"
+#include "scenes.h"
+
+using geometric::LineSegmentGenerator;
+using geometric::LineSegmentRect;
+
+namespace {
+
+std::vector<LineSegmentRect> detect(scenes::Gray& image, const LineSegmentGenerator& generator) {
+    std::vector<LineSegmentRect> segments;
+    generator.generate_line_segments(image.view(), segments);
+    return segments;
+}
+
+LineSegmentGenerator with(double scale, bool link) {
+    LineSegmentGenerator g;
+    g.scale = scale;
+    g.link_segments = link;
+    return g;
+}
+
+bool same_bytes(const std::vector<LineSegmentRect>& a, const std::vector<LineSegmentRect>& b) {
+    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(LineSegmentRect)) == 0;
+}
+
+}  // namespace
+
+TEST(LineSegmentGenerator, DefaultsAreThePublishedOnes) {
+    const LineSegmentGenerator g;
+    EXPECT_EQ(g.scale, 0.8);
+    EXPECT_EQ(g.sigma_scale, 0.6);
+    EXPECT_EQ(g.quant, 2.0);
+    EXPECT_EQ(g.ang_th, 22.5);
+    EXPECT_EQ(g.log_eps, 0.0);
+    EXPECT_EQ(g.density_th, 0.7);
+    EXPECT_EQ(g.n_bins, 1024);
+    EXPECT_TRUE(g.link_segments);
+    EXPECT_EQ(g.link_angle, 7.0);
+    EXPECT_TRUE(g.link_validate);
+    EXPECT_EQ(g.link_log_eps, 0.0);
+    EXPECT_EQ(g.link_reserved, 5.0);
+    EXPECT_EQ(g.link_gap, 5.0);
+}
+
+static_assert(sizeof(LineSegmentRect) == 12 * sizeof(double), "twelve doubles, nothing else");
+static_assert(offsetof(LineSegmentRect, width) == 4 * sizeof(double), "width is the fifth field");
+static_assert(offsetof(LineSegmentRect, p) == 9 * sizeof(double), "p is the tenth field");
+static_assert(offsetof(LineSegmentRect, log_nfa) == 11 * sizeof(double), "log_nfa is the twelfth field");
+
+TEST(LineSegmentGenerator, UniformImagesHaveNoSegments) {
+    for (unsigned char value : {0, 128, 255})
+        for (double scale : {1.0, 0.8}) {
+            scenes::Gray image(64, 48, value);
+            EXPECT_TRUE(detect(image, with(scale, true)).empty()) << int(value) << " at " << scale;
+        }
+}
+
+TEST(LineSegmentGenerator, ImagesTooSmallForAGradientHaveNoSegments) {
+    for (int w : {1, 2})
+        for (int h : {1, 2}) {
+            scenes::Gray image(w, h, 0);
+            image.at(0, 0) = 255;
+            EXPECT_TRUE(detect(image, with(1.0, true)).empty());
+            EXPECT_TRUE(detect(image, with(0.8, true)).empty());
+        }
+}
+
+TEST(LineSegmentGenerator, ABrightBarGivesItsTwoLongEdgesRunningWithTheBrightSideOnTheLeft) {
+    scenes::Gray image(200, 120, 30);
+    image.fill(20, 50, 180, 62, 220);  // rows 50..61 bright: edges between rows 49|50 and 61|62
+    for (double scale : {1.0, 0.8}) {
+        const auto segments = detect(image, with(scale, true));
+        const LineSegmentRect* top = scenes::longest_on_line(segments, 0, 49.5, 200, 49.5, 1.5);
+        const LineSegmentRect* bottom = scenes::longest_on_line(segments, 0, 61.5, 200, 61.5, 1.5);
+        ASSERT_NE(top, nullptr) << scale;
+        ASSERT_NE(bottom, nullptr) << scale;
+        EXPECT_GT(scenes::length_of(*top), 150.0) << scale;
+        EXPECT_GT(scenes::length_of(*bottom), 150.0) << scale;
+        // Bright below the top edge: walking right to left keeps it on the left on screen.
+        EXPECT_GT(top->x1, top->x2);
+        EXPECT_LT(bottom->x1, bottom->x2);
+        // theta is not brought into one turn: the inertia axis may be turned by pi past it.
+        EXPECT_LT(geometric::lsd_angle::difference(top->theta, constants::kPi), 0.02);
+        EXPECT_LT(geometric::lsd_angle::difference(bottom->theta, 0.0), 0.02);
+        for (const auto& s : segments) EXPECT_GT(s.log_nfa, 0.0);
+    }
+}
+
+TEST(LineSegmentGenerator, ADarkRectangleGivesItsFourSidesWithEndsNearTheCorners) {
+    scenes::Gray image(220, 160, 240);
+    image.fill(40, 30, 180, 130, 20);  // corners at (39.5, 29.5) and (179.5, 129.5) between pixels
+    const double left = 39.5, right = 179.5, top = 29.5, bottom = 129.5;
+    const double sides[4][4] = {{left, top, right, top}, {right, top, right, bottom},
+                                {right, bottom, left, bottom}, {left, bottom, left, top}};
+    for (bool link : {true, false}) {
+        const auto segments = detect(image, with(0.8, link));
+        for (const auto& side : sides) {
+            const LineSegmentRect* s = scenes::longest_on_line(segments, side[0], side[1], side[2], side[3], 1.5);
+            ASSERT_NE(s, nullptr) << side[0] << "," << side[1] << " link " << link;
+            // Ends within two pixels of the side's corners, in either order.
+            const double a = std::hypot(s->x1 - side[0], s->y1 - side[1]) + std::hypot(s->x2 - side[2], s->y2 - side[3]);
+            const double b = std::hypot(s->x1 - side[2], s->y1 - side[3]) + std::hypot(s->x2 - side[0], s->y2 - side[1]);
+            EXPECT_LT(std::min(a, b), 4.0) << side[0] << "," << side[1] << " link " << link;
+        }
+    }
+}
+
+TEST(LineSegmentGenerator, ARotatedRectangleGivesFourSidesAtItsAngles) {
+    scenes::Gray image(240, 240, 200);
+    const double angle = 30.0 * constants::kPi / 180.0;
+    image.fill_rotated(120, 120, 140, 80, angle, 50);
+    const auto segments = detect(image, LineSegmentGenerator());
+    int found[4] = {0, 0, 0, 0};
+    for (const auto& s : segments) {
+        if (scenes::length_of(s) < 40.0) continue;
+        const double direction = std::atan2(s.y2 - s.y1, s.x2 - s.x1);
+        for (int k = 0; k < 4; ++k) {
+            const double expected = angle + k * constants::kPi / 2;
+            if (geometric::lsd_angle::difference(direction, expected) < 0.05) ++found[k];
+        }
+    }
+    for (int k = 0; k < 4; ++k) EXPECT_EQ(found[k], 1) << "side at " << 30 + 90 * k << " degrees";
+}
+
+TEST(LineSegmentGenerator, NoiseGivesAlmostNothing) {
+    for (std::uint32_t seed : {1u, 2u, 3u}) {
+        scenes::Gray image(256, 256, 0);
+        image.noise(seed);
+        EXPECT_LE(detect(image, with(1.0, false)).size(), 2u) << seed;
+        EXPECT_LE(detect(image, LineSegmentGenerator()).size(), 2u) << seed;
+    }
+}
+
+namespace {
+
+// A dark horizontal line, 4 pixels thick, broken by a short bright gap.
+scenes::Gray broken_line(int gap) {
+    scenes::Gray image(240, 80, 230);
+    image.fill(10, 38, 230, 42, 25);
+    image.fill(120, 38, 120 + gap, 42, 230);
+    return image;
+}
+
+}  // namespace
+
+TEST(LineSegmentGenerator, TheLinkingPassJoinsAnEdgeBrokenByASmallGap) {
+    scenes::Gray image = broken_line(2);
+    const auto pieces = detect(image, with(1.0, false));
+    const auto joined = detect(image, with(1.0, true));
+    int pieces_on_top = 0, joined_on_top = 0;
+    for (const auto& s : pieces)
+        if (scenes::line_distance(s.x1, s.y1, 0, 37.5, 1, 37.5) < 1.5 && scenes::length_of(s) > 50) ++pieces_on_top;
+    for (const auto& s : joined)
+        if (scenes::line_distance(s.x1, s.y1, 0, 37.5, 1, 37.5) < 1.5 && scenes::length_of(s) > 50) ++joined_on_top;
+    EXPECT_EQ(pieces_on_top, 2);
+    EXPECT_EQ(joined_on_top, 1);
+    const LineSegmentRect* whole = scenes::longest_on_line(joined, 0, 37.5, 1, 37.5, 1.5);
+    ASSERT_NE(whole, nullptr);
+    EXPECT_GT(scenes::length_of(*whole), 200.0);
+    // At scale 1.0 nothing recomputes the length of a linked group.
+    EXPECT_EQ(whole->length, 0.0);
+}
+
+TEST(LineSegmentGenerator, ScaleDividesEndsAndRecomputesLength) {
+    scenes::Gray image = broken_line(2);
+    for (double scale : {0.8, 0.5}) {
+        const auto unlinked = detect(image, with(scale, false));
+        ASSERT_FALSE(unlinked.empty());
+        for (const auto& s : unlinked) {
+            // Cut to whole pixels of the scaled image, then divided by the scale.
+            for (double v : {s.x1, s.y1, s.x2, s.y2}) EXPECT_NEAR(v * scale, std::round(v * scale), 1e-9);
+            EXPECT_DOUBLE_EQ(s.length, scenes::length_of(s));
+        }
+        const auto linked = detect(image, with(scale, true));
+        const LineSegmentRect* whole = scenes::longest_on_line(linked, 0, 37.5, 1, 37.5, 2.0);
+        ASSERT_NE(whole, nullptr);
+        EXPECT_DOUBLE_EQ(whole->length, scenes::length_of(*whole));
+        EXPECT_GT(whole->length, 200.0);
+    }
+}
+
+TEST(LineSegmentGenerator, WithoutLinkingEachSegmentKeepsItsLengthAndScore) {
+    scenes::Gray image(120, 90, 20);
+    image.fill(30, 20, 90, 70, 200);
+    const auto segments = detect(image, with(1.0, false));
+    ASSERT_EQ(segments.size(), 4u);
+    for (const auto& s : segments) {
+        EXPECT_GT(s.length, 40.0);
+        EXPECT_GT(s.log_nfa, 0.0);
+        EXPECT_DOUBLE_EQ(s.p, 22.5 / 180.0);
+        // Ends are whole pixels; the length is that of the ends before the cut.
+        EXPECT_EQ(s.x1, std::trunc(s.x1));
+        EXPECT_NEAR(s.length, scenes::length_of(s), 1.5);
+    }
+}
+
+TEST(LineSegmentGenerator, RunsAreRepeatableAcrossCallsAndThreads) {
+    scenes::Gray image(300, 200, 0);
+    image.noise(7);
+    image.fill(50, 40, 250, 160, 255);
+    image.fill_rotated(150, 100, 120, 50, 0.4, 0);
+    const LineSegmentGenerator generator;
+    const auto first = detect(image, generator);
+    ASSERT_FALSE(first.empty());
+    EXPECT_TRUE(same_bytes(first, detect(image, generator)));
+
+    // Two handles side by side in two threads, each detecting several times.
+    std::vector<LineSegmentRect> results[2][3];
+    auto work = [&](int t) {
+        const LineSegmentGenerator own;
+        for (int r = 0; r < 3; ++r) own.generate_line_segments(image.view(), results[t][r]);
+    };
+    std::thread a(work, 0), b(work, 1);
+    a.join();
+    b.join();
+    for (auto& per_thread : results)
+        for (auto& r : per_thread) EXPECT_TRUE(same_bytes(first, r));
+}
+
+TEST(LineSegmentGenerator, AppendsToTheGivenList) {
+    scenes::Gray image(120, 90, 20);
+    image.fill(30, 20, 90, 70, 200);
+    std::vector<LineSegmentRect> segments(1);
+    segments[0].log_nfa = -7.0;
+    LineSegmentGenerator().generate_line_segments(image.view(), segments);
+    ASSERT_GT(segments.size(), 1u);
+    EXPECT_EQ(segments[0].log_nfa, -7.0);
+}
