@@ -63,11 +63,35 @@ static void check_own_corner_rectification(void) {
     expect_int(output[W - 1], input[W - 2], "top-right pixel");
 }
 
+/* A bright square on black: the detector finds its four sides. */
+static void expect_line_segments(void) {
+    static unsigned char pixels[64 * 64];
+    ImageCApi image;
+    void* lsd = lsd_create();
+    double* lines;
+    int count = -1;
+    int x, y;
+    for (y = 16; y < 48; ++y)
+        for (x = 16; x < 48; ++x) pixels[y * 64 + x] = 255;
+    memset(&image, 0, sizeof image);
+    image.width = 64;
+    image.height = 64;
+    image.channels = 1;
+    image.data = pixels;
+    lines = search_for_line_segments(lsd, &image, &count);
+    expect_int(count, 4, "line segments");
+    expect_int(lines != NULL, 1, "line segment array");
+    clean_lines(lines);
+    destroy_lsd(lsd);
+    destroy_lsd(NULL);
+}
+
 int main(void) {
     expect_text(morvane_get_version_number(), "version of library: 16.1.8.9");
     expect_text(morvane_get_branch_name(), "git branch: version_16.1.8.xx");
     expect_text(morvane_get_sha(), "git sha: 85f81e8fe173efda1e5b0ddcfa2630298ac03c14");
     check_own_corner_rectification();
+    expect_line_segments();
     printf("%d checks, %d failed\n", checks, failures);
     return failures == 0 ? 0 : 1;
 }
