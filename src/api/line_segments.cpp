@@ -4,7 +4,6 @@
 #include <cstring>
 #include <vector>
 
-#include "linesegments/image_object.h"
 #include "linesegments/line_segment_generator.h"
 #include "morvane/morvane.h"
 
@@ -23,14 +22,7 @@ double* search_for_line_segments(void* handle, const ImageCApi* image, int* coun
 
     const geometric::LineSegmentGenerator& generator = *static_cast<geometric::LineSegmentGenerator*>(handle);
     std::vector<geometric::LineSegmentRect> segments;
-    if (image->data != nullptr) {
-        const geometric::ImageObject<unsigned char> pixels(image->data, image->width, image->height);
-        generator.generate_line_segments(pixels, segments);
-    } else {
-        // A fresh buffer, zero-filled so that the answer is repeatable.
-        const geometric::ImageObject<unsigned char> pixels(image->width, image->height, 0);
-        generator.generate_line_segments(pixels, segments);
-    }
+    generator.generate_line_segments(image->data, image->width, image->height, segments);
     if (segments.empty()) return nullptr;
 
     double* lines = static_cast<double*>(std::malloc(segments.size() * kValuesPerSegment * sizeof(double)));

@@ -143,6 +143,18 @@ void LineSegmentGenerator::generate_line_segments(const ImageObject<unsigned cha
     segments.insert(segments.end(), found.begin(), found.end());
 }
 
+void LineSegmentGenerator::generate_line_segments(const unsigned char* pixels, int width, int height,
+                                                  std::vector<LineSegmentRect>& segments) const {
+    if (pixels != nullptr) {
+        // Only read: the image object's pixel type is not const.
+        const ImageObject<unsigned char> image(const_cast<unsigned char*>(pixels), width, height);
+        generate_line_segments(image, segments);
+    } else {
+        const ImageObject<unsigned char> image(width, height, 0);
+        generate_line_segments(image, segments);
+    }
+}
+
 void LineSegmentGenerator::detect(const ImageObject<double>& angles, const ImageObject<double>& norms,
                                   double largest_norm, std::vector<LineSegmentRect>& found) const {
     const int width = angles.get_width();

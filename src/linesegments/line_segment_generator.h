@@ -22,6 +22,11 @@ public:
     // on its left as seen in image coordinates (y down), theta giving that way.
     void generate_line_segments(const ImageObject<unsigned char>& image, std::vector<LineSegmentRect>& segments) const;
 
+    // The same on a caller's width x height gray buffer, read in place; a null
+    // buffer is replaced by a fresh zero-filled one, so the answer is repeatable.
+    void generate_line_segments(const unsigned char* pixels, int width, int height,
+                                std::vector<LineSegmentRect>& segments) const;
+
     // Gradient step on an image of `T` pixels: per pixel of all but the last
     // row and column, from its 2 x 2 neighbourhood,
     //   com1 = I(x+1, y+1) - I(x, y), com2 = I(x+1, y) - I(x, y+1),
