@@ -22,6 +22,8 @@ static_assert(offsetof(Geobox<int>, top) == 3 * sizeof(int), "then top");
 static_assert(sizeof(geometric::Direction) == 4, "a 32-bit enumeration");
 static_assert(geometric::HORIZONTAL_DIRECTION == 0 && geometric::VERTICAL_DIRECTION == 1, "fixed values");
 static_assert(sizeof(GeolineBase) == 3 * sizeof(double), "three coefficients, no hidden state");
+template class geometric::GeolineBasePoints<float>;
+template class geometric::GeolineBasePoints<int>;
 static_assert(std::is_polymorphic<GeolineBase>::value == false, "value code without virtual functions");
 static_assert(sizeof(Geocoordinate<float>) == 8 && sizeof(Geocoordinate<double>) == 16 &&
                   sizeof(Geocoordinate<int>) == 8,
@@ -40,15 +42,6 @@ TEST(Geobox, BraceOrderIsRightBottomLeftTopAndBoundsAreInclusive) {
     EXPECT_EQ(pixel.area(), 1);
     const Geobox<int> empty;
     EXPECT_EQ(empty.width(), 1);
-}
-
-TEST(Geocoordinate, DefaultIsOriginAndPairConstructorKeepsOrder) {
-    const Geocoordinate<float> p;
-    EXPECT_EQ(p.x, 0.0f);
-    EXPECT_EQ(p.y, 0.0f);
-    const Geocoordinate<int> q(3, -4);
-    EXPECT_EQ(q.x, 3);
-    EXPECT_EQ(q.y, -4);
 }
 
 TEST(GeolineBase, DistanceAndValueOnGeneralAndVerticalForms) {
@@ -108,13 +101,4 @@ TEST(IntersectLines, CrossingPointAndParallelCases) {
         EXPECT_EQ(q.x, -1.0);
         EXPECT_EQ(q.y, -2.0);
     }
-}
-
-TEST(GeolineBasePoints, CarriesTheLineAndItsSupport) {
-    geometric::GeolineBasePoints<int> line(GeolineBase(1.0, 0.0, -2.0), {{2, 0}, {2, 5}});
-    EXPECT_EQ(line.points.size(), 2u);
-    EXPECT_DOUBLE_EQ(line.point_distance(line.points[1]), 0.0);
-    geometric::GeolineBasePoints<float> empty;
-    EXPECT_TRUE(empty.points.empty());
-    EXPECT_EQ(empty.a, 0.0);
 }
