@@ -1,0 +1,235 @@
+// morvane-scan's command line: options, reports, batches, the overlay and
+// the exit codes.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "scan_harness.h"
+
+namespace scan_test {
+namespace {
+
+constexpr int kWidth = 240, kHeight = 180;
+const char* const kCorners = "20,30,219,30,219,159,20,159";
+
+class ScanCommand : public ::testing::Test {
+protected:
+    void SetUp() override {
+        save_png(folder.path("page.png"), synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159));
+        save_png(folder.path("flat.png"), flat_image(160, 120, 128));
+    }
+    ScanFolder folder;
+};
+
+TEST_F(ScanCommand, BadCommandLinesExitTwoWithOneLineAndWriteNothing) {
+    struct Case {
+        std::vector<std::string> args;
+        const char* message;  // start of the line after "morvane-scan: "
+    };
+    const Case cases[] = {
+        {{"page.png", "--corners", "1,2,3", "-o", "out.png"}, "--corners needs eight integers"},
+        {{"page.png", "--corners", "1,2,3,4,5,6,7,x", "-o", "out.png"}, "--corners needs eight integers"},
+        {{"page.png", "--corners", "1,2,3,4,5,6,7,8,9", "-o", "out.png"}, "--corners needs eight integers"},
+        {{"page.png", "--corners", "1.5,2,3,4,5,6,7,8", "-o", "out.png"}, "--corners needs eight integers"},
+        {{"page.png", "--corners", "1,2,3,4,5,6,7,", "-o", "out.png"}, "--corners needs eight integers"},
+        {{"page.png", "--corners", "0,0,1000001,0,9,9,0,9", "-o", "out.png"}, "--corners needs eight integers"},
+        {{"page.png", "--corners", kCorners, "-o", "missing/out.png"},
+         "cannot write 'missing/out.png': folder 'missing' does not exist"},
+        {{"page.png", "page.png", "-d", "missing"}, "cannot write into 'missing': folder 'missing' does not exist"},
+        {{"page.png", "--corners", kCorners, "-o", "out.tif"}, "cannot write 'out.tif': unknown picture format"},
+        {{"page.png", "--corners", kCorners, "-o", "page.png"}, "cannot write 'page.png': it is the input"},
+        {{"page.png", "--frobnicate"}, "unknown option '--frobnicate'"},
+        {{"page.png", "--engine", "8"}, "--engine needs a method from 0 to 7, not '8'"},
+        {{"page.png", "--png-level", "10", "-o", "out.png"}, "--png-level needs a level from 0 to 9"},
+        {{"page.png", "--fill", "1,2", "--corners", kCorners, "-o", "out.png"}, "--fill needs R,G,B"},
+        {{"page.png", "--fill", "256,0,0", "--corners", kCorners, "-o", "out.png"}, "--fill needs R,G,B"},
+        {{"page.png", "--k", "1.5", "--binarize", "sauvola", "-o", "out.png"}, "--k needs a number from 0 to 1"},
+        {{"page.png", "--binarize", "otsu", "-o", "out.png"}, "--binarize needs 'sauvola' or 'multiscale'"},
+        {{"page.png", "page.png", "-o", "out.png"}, "-o names one output"},
+        {{"page.png", "--corners", kCorners, "--engine", "1"}, "--corners replaces the search"},
+        {{"page.png", "--json", "--corners-only"}, "--json and --corners-only exclude each other"},
+        {{"page.png", "--always-write"}, "--always-write needs an output"},
+        {{"page.png", "-o"}, "-o needs a value"},
+        {{"--json"}, "no input picture given"},
+    };
+    const std::set<std::string> before = folder.files();
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.message);
+        const RunResult run = folder.run(c.args);
+        EXPECT_EQ(run.exit_code, 2);
+        ASSERT_EQ(run.err_lines().size(), 1u) << run.err;
+        EXPECT_EQ(run.err_lines()[0].rfind(std::string("morvane-scan: ") + c.message, 0), 0u) << run.err;
+        EXPECT_EQ(folder.files(), before);
+    }
+}
+
+TEST_F(ScanCommand, NoPageFoundWritesNothingUnlessAskedAndExitsOne) {
+    const RunResult nothing = folder.run({"flat.png", "-o", "out.png"});
+    EXPECT_EQ(nothing.exit_code, 1);
+    EXPECT_NE(nothing.out.find("no page found"), std::string::npos) << nothing.out;
+    EXPECT_FALSE(folder.files().count("out.png"));
+
+    const RunResult whole = folder.run({"flat.png", "-o", "out.png", "--always-write"});
+    EXPECT_EQ(whole.exit_code, 1);
+    EXPECT_NE(whole.out.find("whole image written to out.png: 160 x 120"), std::string::npos) << whole.out;
+    const scan::Raster written = load(folder.path("out.png"));
+    EXPECT_TRUE(same_pixels(written, flat_image(160, 120, 128)));
+}
+
+TEST_F(ScanCommand, CornersOnlyPrintsExactlyTheCornersLine) {
+    const RunResult given = folder.run({"page.png", "--corners", kCorners, "--corners-only"});
+    EXPECT_EQ(given.exit_code, 0);
+    EXPECT_EQ(given.out, "{\"corners\": [[20,30],[219,30],[219,159],[20,159]]}\n");
+
+    const RunResult none = folder.run({"flat.png", "--corners-only"});
+    EXPECT_EQ(none.exit_code, 1);
+    EXPECT_EQ(none.out, "{\"corners\": null}\n");
+
+    // A file that cannot be read still answers with a line the scripts can parse.
+    const RunResult broken = folder.run({"missing.png", "--corners-only"});
+    EXPECT_EQ(broken.exit_code, 2);
+    EXPECT_EQ(broken.out, "{\"corners\": null}\n");
+}
+
+TEST_F(ScanCommand, JsonReportsEveryFieldOnOneLine) {
+    const RunResult run = folder.run({"page.png", "--corners", kCorners, "-o", "out.jpg", "--overlay", "o.png", "--json"});
+    ASSERT_EQ(run.exit_code, 0) << run.err;
+    ASSERT_EQ(run.out_lines().size(), 1u);
+    const std::string json = run.out_lines()[0];
+    for (const char* field :
+         {"{\"input\": \"page.png\", \"input_width\": 240, \"input_height\": 180, \"source\": \"given\", \"code\": null",
+          "\"page_found\": true", "\"corners\": [[20,30],[219,30],[219,159],[20,159]]", "\"output\": \"out.jpg\"",
+          "\"output_width\": 200, \"output_height\": 130", "\"overlay\": \"o.png\"", "\"dpi\": null",
+          "\"times_ms\": {\"decode\": ", "\"rectify\": ", "\"encode\": ", "\"exit\": 0}"}) {
+        EXPECT_NE(json.find(field), std::string::npos) << field << "\n" << json;
+    }
+    const RunResult broken = folder.run({"missing.png", "--json"});
+    EXPECT_EQ(broken.out, "{\"input\": \"missing.png\", \"error\": \"cannot read 'missing.png': no such file\", \"exit\": 2}\n");
+}
+
+TEST_F(ScanCommand, SeveralInputsGoToTheFolderWithAProgressLineEach) {
+    std::filesystem::create_directory(folder.path("out"));
+    std::filesystem::create_directory(folder.path("shots"));
+    save_jpeg(folder.path("shots/second.jpg"), synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159));
+    folder.write_bytes("notes.png", "not a picture");
+    const RunResult run = folder.run({"page.png", "shots/second.jpg", "notes.png", "--corners", kCorners, "-d", "out",
+                                      "--overlay", "out"});
+    EXPECT_EQ(run.exit_code, 2);  // the highest code of the three
+    const std::vector<std::string> lines = run.out_lines();
+    ASSERT_EQ(lines.size(), 3u) << run.out;
+    EXPECT_EQ(lines[0].rfind("[1/3] page.png -> out/page.png: corners given, 200 x 130, ", 0), 0u) << lines[0];
+    EXPECT_EQ(lines[1].rfind("[2/3] shots/second.jpg -> out/second.jpg: corners given, 200 x 130, ", 0), 0u) << lines[1];
+    EXPECT_EQ(lines[2], "[3/3] notes.png: failed");
+    EXPECT_EQ(run.err, "morvane-scan: cannot read 'notes.png': not a JPEG or PNG file\n");
+    std::set<std::string> in_out;
+    for (const std::string& name : folder.files()) {
+        if (name.rfind("out/", 0) == 0) in_out.insert(name);
+    }
+    EXPECT_EQ(in_out, (std::set<std::string>{"out/page.png", "out/second.jpg", "out/page-overlay.png",
+                                             "out/second-overlay.png"}));
+    EXPECT_EQ(load(folder.path("out/second.jpg")).width, 200);
+}
+
+TEST_F(ScanCommand, TwoInputsWithOneNameAreRefusedBeforeAnyWork) {
+    std::filesystem::create_directory(folder.path("a"));
+    std::filesystem::create_directory(folder.path("out"));
+    save_png(folder.path("a/page.png"), flat_image(20, 20, 9));
+    const RunResult run = folder.run({"page.png", "a/page.png", "--corners", kCorners, "-d", "out"});
+    EXPECT_EQ(run.exit_code, 2);
+    EXPECT_EQ(run.err, "morvane-scan: two results would both be written to 'out/page.png'\n");
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path("out")));
+}
+
+TEST_F(ScanCommand, OverlayIsAReducedCopyWithTheOutlineDrawn) {
+    save_png(folder.path("wide.png"), synthetic_page(2500, 1000, 3, 300, 200, 2199, 799));
+    const RunResult run = folder.run({"wide.png", "--corners", "300,200,2199,200,2199,799,300,799", "--overlay", "o.png"});
+    ASSERT_EQ(run.exit_code, 0) << run.err;
+    // Nothing but the overlay: without -o the page is not written.
+    EXPECT_EQ(folder.files(), (std::set<std::string>{"page.png", "flat.png", "wide.png", "o.png"}));
+    const scan::Raster overlay = load(folder.path("o.png"));
+    EXPECT_EQ(overlay.width, 833);  // reduced by 3, the first whole factor that fits 1200
+    EXPECT_EQ(overlay.height, 333);
+    ASSERT_EQ(overlay.channels, 3);
+    const auto pixel = [&](int x, int y) {
+        const unsigned char* p = overlay.row(y) + 3 * x;
+        return std::vector<int>{p[0], p[1], p[2]};
+    };
+    EXPECT_EQ(pixel(100, 66), (std::vector<int>{20, 200, 40}));   // the top-left corner, marked green
+    EXPECT_EQ(pixel(400, 66), (std::vector<int>{230, 20, 20}));   // on the top side, red
+    EXPECT_EQ(pixel(733, 200), (std::vector<int>{230, 20, 20}));  // on the right side
+    EXPECT_EQ(pixel(10, 10), (std::vector<int>{40, 70, 55}));     // the table, untouched
+}
+
+TEST_F(ScanCommand, RunsAreRepeatableByteForByte) {
+    for (const char* output : {"one.png", "two.png"}) {
+        ASSERT_EQ(folder.run({"page.png", "--corners", "25,28,214,35,219,159,18,150", "-o", output}).exit_code, 0);
+    }
+    EXPECT_EQ(folder.read_bytes("one.png"), folder.read_bytes("two.png"));
+}
+
+TEST_F(ScanCommand, PngLevelChangesTheSizeNotThePixels) {
+    ASSERT_EQ(folder.run({"page.png", "--corners", kCorners, "-o", "fast.png"}).exit_code, 0);
+    ASSERT_EQ(folder.run({"page.png", "--corners", kCorners, "-o", "small.png", "--png-level", "9"}).exit_code, 0);
+    EXPECT_TRUE(same_pixels(load(folder.path("fast.png")), load(folder.path("small.png"))));
+    EXPECT_LE(folder.read_bytes("small.png").size(), folder.read_bytes("fast.png").size());
+}
+
+TEST_F(ScanCommand, OptionsOfLaterMethodsSayTheyAreNotInThisBuild) {
+    struct Case {
+        std::vector<std::string> args;
+        const char* feature;  // the line of --help that tells
+        const char* message;
+    };
+    const Case cases[] = {
+        {{"page.png", "--dpi"}, "--dpi", "morvane-scan: --dpi is not available in this build"},
+        {{"page.png", "--binarize", "sauvola", "-o", "o.png"}, "--binarize sauvola",
+         "morvane-scan: --binarize sauvola is not available in this build"},
+        {{"page.png", "--binarize", "multiscale", "-o", "o.png"}, "--binarize multiscale",
+         "morvane-scan: --binarize multiscale is not available in this build"},
+    };
+    const RunResult help = folder.run({"--help"});
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.feature);
+        const std::size_t line = help.out.find(std::string("\n  ") + c.feature + " ");
+        ASSERT_NE(line, std::string::npos);
+        if (help.out.substr(line, help.out.find('\n', line + 1) - line).find("not available") == std::string::npos) {
+            continue;  // this build has it
+        }
+        const RunResult run = folder.run(c.args);
+        EXPECT_EQ(run.exit_code, 2);
+        EXPECT_EQ(run.err.rfind(c.message, 0), 0u) << run.err;
+        EXPECT_FALSE(folder.files().count("o.png"));
+    }
+}
+
+TEST_F(ScanCommand, FillColoursTheOutsideOrSaysItIsNotInThisBuild) {
+    // Corners reaching left of the image: the first output columns lie outside.
+    const RunResult run = folder.run({"page.png", "--corners", "-40,30,219,30,219,159,-40,159", "--fill", "255,0,0",
+                                      "-o", "out.png"});
+    if (run.exit_code == 2) {
+        EXPECT_EQ(run.err, "morvane-scan: --fill is not available in this build: the library has no corrector family yet\n");
+        return;
+    }
+    ASSERT_EQ(run.exit_code, 0) << run.err;
+    const scan::Raster page = load(folder.path("out.png"));
+    const unsigned char* first = page.row(page.height / 2);
+    EXPECT_EQ((std::vector<int>{first[0], first[1], first[2]}), (std::vector<int>{255, 0, 0}));
+}
+
+TEST_F(ScanCommand, HelpListsTheExitCodesAndVersionNamesTheLibrary) {
+    const RunResult help = folder.run({"--help"});
+    EXPECT_EQ(help.exit_code, 0);
+    for (const char* text : {"Usage: morvane-scan", "  0  page found", "  1  no page found", "  2  usage error",
+                             "--corners-only", "--png-level N", "In this build:"}) {
+        EXPECT_NE(help.out.find(text), std::string::npos) << text;
+    }
+    const RunResult version = folder.run({"--version"});
+    EXPECT_EQ(version.exit_code, 0);
+    EXPECT_NE(version.out.find("version of library: 16.1.8.9"), std::string::npos) << version.out;
+}
+
+}  // namespace
+}  // namespace scan_test

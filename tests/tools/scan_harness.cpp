@@ -1,0 +1,182 @@
+// Runs morvane-scan as a process, and writes the pictures it is run on.
+#include "scan_harness.h"
+
+#include <csetjmp>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+#include <fcntl.h>
+#include <png.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "image_file.h"
+#include "jpeg_codec.h"
+#include "png_codec.h"
+
+namespace scan_test {
+namespace {
+
+std::vector<std::string> lines_of(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    std::string line;
+    while (std::getline(stream, line)) lines.push_back(line);
+    return lines;
+}
+
+std::string slurp(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+struct FileCloser {
+    void operator()(std::FILE* f) const {
+        if (f) std::fclose(f);
+    }
+};
+
+}  // namespace
+
+std::vector<std::string> RunResult::out_lines() const { return lines_of(out); }
+std::vector<std::string> RunResult::err_lines() const { return lines_of(err); }
+
+ScanFolder::ScanFolder() {
+    char pattern[] = "/tmp/morvane-scan-test.XXXXXX";
+    if (!mkdtemp(pattern)) throw std::runtime_error("cannot make a temporary folder");
+    root_ = pattern;
+    work_ = root_ + "/work";
+    std::filesystem::create_directory(work_);
+}
+
+ScanFolder::~ScanFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(root_, ignored);
+}
+
+RunResult ScanFolder::run(const std::vector<std::string>& args) const {
+    const std::string out_path = root_ + "/stdout";
+    const std::string err_path = root_ + "/stderr";
+    std::vector<std::string> argv_text = {MORVANE_SCAN_PROGRAM};
+    argv_text.insert(argv_text.end(), args.begin(), args.end());
+    std::vector<char*> argv;
+    for (std::string& arg : argv_text) argv.push_back(arg.data());
+    argv.push_back(nullptr);
+
+    const pid_t child = fork();
+    if (child == 0) {
+        const int out = open(out_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        const int err = open(err_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        if (out < 0 || err < 0 || dup2(out, 1) < 0 || dup2(err, 2) < 0 || chdir(work_.c_str()) != 0) _exit(127);
+        execv(argv[0], argv.data());
+        _exit(127);
+    }
+    RunResult result;
+    int status = 0;
+    if (child < 0 || waitpid(child, &status, 0) != child) return result;
+    result.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    result.out = slurp(out_path);
+    result.err = slurp(err_path);
+    return result;
+}
+
+std::set<std::string> ScanFolder::files() const {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(work_)) {
+        names.insert(std::filesystem::relative(entry.path(), work_).string());
+    }
+    return names;
+}
+
+void ScanFolder::write_bytes(const std::string& name, const std::string& bytes) const {
+    std::ofstream(path(name), std::ios::binary) << bytes;
+}
+
+std::string ScanFolder::read_bytes(const std::string& name) const { return slurp(path(name)); }
+
+scan::Raster synthetic_page(int width, int height, int channels, int left, int top, int right, int bottom) {
+    scan::Raster image = scan::make_raster(width, height, channels);
+    for (int y = 0; y < height; ++y) {
+        unsigned char* row = image.row(y);
+        for (int x = 0; x < width; ++x) {
+            const bool page = x >= left && x <= right && y >= top && y <= bottom;
+            // Text: bars of 3 rows every 8 rows, inset from the page's border.
+            const bool text = page && x > left + 8 && x < right - 8 && y > top + 8 && y < bottom - 8 && (y - top) % 8 < 3;
+            const unsigned char rgb[3] = {static_cast<unsigned char>(page ? (text ? 30 : 235) : 40),
+                                          static_cast<unsigned char>(page ? (text ? 30 : 230) : 70),
+                                          static_cast<unsigned char>(page ? (text ? 40 : 220) : 55)};
+            for (int c = 0; c < channels; ++c) row[x * channels + c] = channels == 3 ? rgb[c] : rgb[1];
+        }
+    }
+    return image;
+}
+
+scan::Raster flat_image(int width, int height, unsigned char value) {
+    scan::Raster image = scan::make_raster(width, height, 1);
+    std::memset(image.data.get(), value, image.byte_count());
+    return image;
+}
+
+void save_png(const std::string& path, const scan::Raster& image) {
+    std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.c_str(), "wb"));
+    scan::write_png(file.get(), image, 6);
+}
+
+void save_jpeg(const std::string& path, const scan::Raster& image) {
+    std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.c_str(), "wb"));
+    scan::write_jpeg(file.get(), image, 95);
+}
+
+scan::Raster load(const std::string& path) { return scan::read_image_file(path); }
+
+bool same_pixels(const scan::Raster& a, const scan::Raster& b) {
+    return a.width == b.width && a.height == b.height && a.channels == b.channels &&
+           std::memcmp(a.data.get(), b.data.get(), a.byte_count()) == 0;
+}
+
+namespace {
+
+// Only plain locals between setjmp and the end: the jump skips no destructor.
+bool write_raw(std::FILE* file, const RawPng& raw) {
+    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+    png_infop info = png_create_info_struct(png);
+    if (setjmp(png_jmpbuf(png))) {
+        png_destroy_write_struct(&png, &info);
+        return false;
+    }
+    png_init_io(png, file);
+    png_set_IHDR(png, info, static_cast<png_uint_32>(raw.width), static_cast<png_uint_32>(raw.height), raw.bit_depth,
+                 raw.colour_type, raw.interlaced ? PNG_INTERLACE_ADAM7 : PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_BASE,
+                 PNG_FILTER_TYPE_BASE);
+    if (!raw.palette.empty()) {
+        png_set_PLTE(png, info, reinterpret_cast<png_const_colorp>(raw.palette.data()),
+                     static_cast<int>(raw.palette.size() / 3));
+    }
+    if (!raw.palette_alpha.empty()) {
+        png_set_tRNS(png, info, raw.palette_alpha.data(), static_cast<int>(raw.palette_alpha.size()), nullptr);
+    }
+    png_write_info(png, info);
+    const int passes = png_set_interlace_handling(png);
+    for (int pass = 0; pass < passes; ++pass) {
+        for (int y = 0; y < raw.height; ++y) png_write_row(png, raw.rows[static_cast<std::size_t>(y)].data());
+    }
+    png_write_end(png, nullptr);
+    png_destroy_write_struct(&png, &info);
+    return true;
+}
+
+}  // namespace
+
+void save_raw_png(const std::string& path, const RawPng& png) {
+    std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.c_str(), "wb"));
+    if (!file || !write_raw(file.get(), png)) throw std::runtime_error("cannot write " + path);
+}
+
+}  // namespace scan_test

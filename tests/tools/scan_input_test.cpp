@@ -1,0 +1,239 @@
+// morvane-scan on every kind of input picture: the ones it converts and
+// rectifies, and the ones it refuses with one line and exit code 2.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <string>
+
+#include <png.h>
+#include <zlib.h>
+
+#include "scan_harness.h"
+
+namespace scan_test {
+namespace {
+
+// The synthetic page and the corners of its light rectangle: the output is
+// the mean side lengths plus one, 200 x 130.
+constexpr int kWidth = 240, kHeight = 180;
+const char* const kCorners = "20,30,219,30,219,159,20,159";
+constexpr int kPageWidth = 200, kPageHeight = 130;
+
+TEST(ScanInputs, RectifiesPngAndJpegWithGivenCornersInBothOutputFormats) {
+    ScanFolder folder;
+    save_png(folder.path("page.png"), synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159));
+    save_jpeg(folder.path("page.jpg"), synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159));
+    save_png(folder.path("gray.png"), synthetic_page(kWidth, kHeight, 1, 20, 30, 219, 159));
+    for (const char* input : {"page.png", "page.jpg", "gray.png"}) {
+        for (const char* output : {"out.png", "out.jpg", "OUT.JPEG"}) {
+            SCOPED_TRACE(std::string(input) + " -> " + output);
+            const RunResult run = folder.run({input, "--corners", kCorners, "-o", output});
+            EXPECT_EQ(run.exit_code, 0) << run.err;
+            EXPECT_EQ(run.err, "");
+            EXPECT_NE(run.out.find("200 x 130"), std::string::npos) << run.out;
+            const scan::Raster page = load(folder.path(output));
+            EXPECT_EQ(page.width, kPageWidth);
+            EXPECT_EQ(page.height, kPageHeight);
+            EXPECT_EQ(page.channels, std::string(input) == "gray.png" ? 1 : 3);
+        }
+    }
+}
+
+// Each PNG kind is converted to 8-bit gray or RGB: the page rectified from
+// it equals, byte for byte, the page rectified from the plain 8-bit PNG of
+// the pixels that the conversion must give.
+TEST(ScanInputs, ConvertsSixteenBitPalettedAndTransparentPngs) {
+    struct Case {
+        const char* name;
+        int bit_depth;
+        int colour_type;
+        bool interlaced;
+        int channels_out;
+    };
+    const Case cases[] = {
+        {"gray16", 16, PNG_COLOR_TYPE_GRAY, false, 1},
+        {"rgb16", 16, PNG_COLOR_TYPE_RGB, false, 3},
+        {"palette", 8, PNG_COLOR_TYPE_PALETTE, false, 3},
+        {"palette4_transparent", 4, PNG_COLOR_TYPE_PALETTE, false, 3},
+        {"rgba", 8, PNG_COLOR_TYPE_RGB_ALPHA, false, 3},
+        {"gray_alpha16", 16, PNG_COLOR_TYPE_GRAY_ALPHA, false, 1},
+        {"gray1", 1, PNG_COLOR_TYPE_GRAY, false, 1},
+        {"interlaced", 8, PNG_COLOR_TYPE_RGB, true, 3},
+    };
+    constexpr int w = 40, h = 30;
+    // Pixel (x, y) has the value v = (7x + 3y) % 256; the last column is
+    // fully transparent where there is alpha.
+    const auto value = [](int x, int y) { return static_cast<unsigned char>((7 * x + 3 * y) % 256); };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        ScanFolder folder;
+        RawPng raw;
+        raw.width = w;
+        raw.height = h;
+        raw.bit_depth = c.bit_depth;
+        raw.colour_type = c.colour_type;
+        raw.interlaced = c.interlaced;
+        scan::Raster expected = scan::make_raster(w, h, c.channels_out);
+        const int samples = c.colour_type == PNG_COLOR_TYPE_GRAY || c.colour_type == PNG_COLOR_TYPE_PALETTE ? 1
+                            : c.colour_type == PNG_COLOR_TYPE_GRAY_ALPHA                                  ? 2
+                            : c.colour_type == PNG_COLOR_TYPE_RGB                                        ? 3
+                                                                                                           : 4;
+        const bool alpha = c.colour_type & PNG_COLOR_MASK_ALPHA;
+        if (c.colour_type == PNG_COLOR_TYPE_PALETTE) {
+            for (int i = 0; i < (1 << c.bit_depth); ++i) {
+                raw.palette.insert(raw.palette.end(), {static_cast<unsigned char>(i), static_cast<unsigned char>(255 - i),
+                                                       static_cast<unsigned char>(i * 3)});
+            }
+            if (c.bit_depth == 4) raw.palette_alpha = {0};  // index 0 is transparent
+        }
+        for (int y = 0; y < h; ++y) {
+            std::vector<unsigned char> row;
+            unsigned char* out = expected.row(y);
+            for (int x = 0; x < w; ++x) {
+                const unsigned char v = value(x, y);
+                const bool clear = alpha && x == w - 1;
+                if (c.colour_type == PNG_COLOR_TYPE_PALETTE) {
+                    const int index = v % (1 << c.bit_depth);
+                    if (c.bit_depth == 8) {
+                        row.push_back(static_cast<unsigned char>(index));
+                    } else if (x % 2 == 0) {
+                        row.push_back(static_cast<unsigned char>(index << 4));
+                    } else {
+                        row.back() = static_cast<unsigned char>(row.back() | index);
+                    }
+                    const bool transparent = c.bit_depth == 4 && index == 0;
+                    out[3 * x] = transparent ? 255 : static_cast<unsigned char>(index);
+                    out[3 * x + 1] = transparent ? 255 : static_cast<unsigned char>(255 - index);
+                    out[3 * x + 2] = transparent ? 255 : static_cast<unsigned char>(index * 3);
+                    continue;
+                }
+                if (c.bit_depth == 1) {
+                    const bool white = v >= 128;
+                    if (x % 8 == 0) row.push_back(0);
+                    if (white) row.back() = static_cast<unsigned char>(row.back() | (0x80 >> (x % 8)));
+                    out[x] = white ? 255 : 0;
+                    continue;
+                }
+                for (int s = 0; s < samples; ++s) {
+                    const bool is_alpha = alpha && s == samples - 1;
+                    const unsigned char sample = is_alpha ? (clear ? 0 : 255) : static_cast<unsigned char>(v + 10 * s);
+                    row.push_back(sample);
+                    if (c.bit_depth == 16) row.push_back(sample);  // v * 257: scales back to v exactly
+                    if (!is_alpha) out[x * c.channels_out + s] = clear ? 255 : sample;
+                }
+            }
+            raw.rows.push_back(row);
+        }
+        save_raw_png(folder.path("in.png"), raw);
+        save_png(folder.path("expected.png"), expected);
+        for (const char* name : {"in", "expected"}) {
+            const RunResult run = folder.run({std::string(name) + ".png", "--corners", "2,1,37,3,38,28,1,27", "-o",
+                                              std::string(name) + "-page.png"});
+            ASSERT_EQ(run.exit_code, 0) << run.err;
+        }
+        EXPECT_TRUE(same_pixels(load(folder.path("in-page.png")), load(folder.path("expected-page.png"))));
+    }
+}
+
+// A PNG whose header asks for more pixels than a library buffer can hold.
+std::string huge_png_header() {
+    std::string bytes("\x89PNG\r\n\x1a\n", 8);
+    const auto u32 = [](unsigned v) {
+        return std::string{static_cast<char>(v >> 24), static_cast<char>(v >> 16), static_cast<char>(v >> 8),
+                           static_cast<char>(v)};
+    };
+    std::string chunk = "IHDR" + u32(70000) + u32(70000) + std::string("\x08\x02\x00\x00\x00", 5);
+    const unsigned crc = static_cast<unsigned>(
+        crc32(0, reinterpret_cast<const Bytef*>(chunk.data()), static_cast<uInt>(chunk.size())));
+    bytes += u32(13) + chunk + u32(crc);
+    return bytes;
+}
+
+// A small JPEG whose frame header is changed to say 60000 x 60000.
+std::string huge_jpeg(const ScanFolder& folder) {
+    save_jpeg(folder.path("small.jpg"), synthetic_page(16, 16, 3, 2, 2, 13, 13));
+    std::string bytes = folder.read_bytes("small.jpg");
+    const std::size_t frame = bytes.find("\xff\xc0");
+    bytes[frame + 5] = bytes[frame + 7] = static_cast<char>(0xea);
+    bytes[frame + 6] = bytes[frame + 8] = static_cast<char>(0x60);
+    return bytes;
+}
+
+TEST(ScanInputs, BadInputsGiveOneLineNamingTheFileAndExitTwo) {
+    ScanFolder folder;
+    save_png(folder.path("page.png"), synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159));
+    save_jpeg(folder.path("page.jpg"), synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159));
+    const std::string png = folder.read_bytes("page.png");
+    const std::string jpeg = folder.read_bytes("page.jpg");
+    folder.write_bytes("empty.jpg", "");
+    folder.write_bytes("notes.png", "these are not pixels\n");
+    folder.write_bytes("cut.jpg", jpeg.substr(0, jpeg.size() / 2));
+    folder.write_bytes("cut.png", png.substr(0, png.size() / 2));
+    folder.write_bytes("header_only.jpg", jpeg.substr(0, 2));
+    folder.write_bytes("huge.png", huge_png_header());
+    folder.write_bytes("huge.jpg", huge_jpeg(folder));
+    std::filesystem::create_directory(folder.path("photos.jpg"));
+    folder.write_bytes("keep.png", "an earlier result");
+
+    struct Case {
+        const char* input;
+        const char* problem;
+    };
+    const Case cases[] = {
+        {"missing.jpg", "no such file"},
+        {"photos.jpg", "is a folder, not an image file"},
+        {"empty.jpg", "empty file"},
+        {"notes.png", "not a JPEG or PNG file"},
+        {"cut.jpg", "truncated JPEG file"},
+        {"header_only.jpg", "truncated JPEG file"},
+        {"cut.png", "broken PNG data"},
+        {"huge.png", "image too large for memory (70000 x 70000 pixels"},
+        {"huge.jpg", "image too large for memory (60000 x 60000 pixels"},
+    };
+    const std::set<std::string> before = folder.files();
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.input);
+        const RunResult run = folder.run({c.input, "--corners", kCorners, "-o", "keep.png", "--overlay", "o.png"});
+        EXPECT_EQ(run.exit_code, 2);
+        ASSERT_EQ(run.err_lines().size(), 1u) << run.err;
+        EXPECT_EQ(run.err_lines()[0].rfind(std::string("morvane-scan: cannot read '") + c.input + "': " + c.problem, 0), 0u)
+            << run.err;
+        EXPECT_EQ(run.out, "");
+        // Nothing new, and the earlier result is untouched.
+        EXPECT_EQ(folder.files(), before);
+        EXPECT_EQ(folder.read_bytes("keep.png"), "an earlier result");
+    }
+}
+
+TEST(ScanInputs, CornersThatMakeAPageTooLargeAreRefused) {
+    ScanFolder folder;
+    save_png(folder.path("page.png"), synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159));
+    const RunResult run =
+        folder.run({"page.png", "--corners", "0,0,100000,0,100000,100000,0,100000", "-o", "out.png"});
+    EXPECT_EQ(run.exit_code, 2);
+    ASSERT_EQ(run.err_lines().size(), 1u) << run.err;
+    EXPECT_EQ(run.err_lines()[0], "morvane-scan: 'page.png': the corners give a page too large for memory "
+                                  "(100001 x 100001 pixels)");
+    EXPECT_FALSE(folder.files().count("out.png"));
+}
+
+TEST(ScanInputs, TheBundledSampleRectifiesWithItsKnownCorners) {
+    const std::string sample = std::string(MORVANE_SOURCE_DIR) + "/samples/page.jpg";
+    std::ifstream corners_file(std::string(MORVANE_SOURCE_DIR) + "/samples/page.corners");
+    std::string corners;
+    while (std::getline(corners_file, corners) && (corners.empty() || corners[0] == '#')) {
+    }
+    ScanFolder folder;
+    const RunResult run = folder.run({sample, "--corners", corners, "-o", "page.png", "--json"});
+    ASSERT_EQ(run.exit_code, 0) << run.err;
+    const scan::Raster page = load(folder.path("page.png"));
+    // An A4 page: the sides keep roughly its proportions of 1 to 1.414.
+    EXPECT_NEAR(static_cast<double>(page.height) / page.width, 1.414, 0.03);
+    EXPECT_NE(run.out.find("\"output_width\": " + std::to_string(page.width)), std::string::npos) << run.out;
+}
+
+}  // namespace
+}  // namespace scan_test

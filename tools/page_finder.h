@@ -1,0 +1,49 @@
+// The library calls of morvane-scan: finding the page's corners and
+// rectifying. Each family the tool needs is compiled in only when the
+// library's header offers it; otherwise the *_available() answers say so
+// and the tool tells the user instead of calling.
+#ifndef MORVANE_TOOLS_PAGE_FINDER_H
+#define MORVANE_TOOLS_PAGE_FINDER_H
+
+#include <string>
+
+#include "library_call.h"
+#include "morvane/morvane.h"
+#include "raster.h"
+
+namespace scan {
+
+struct FindOutcome {
+    int code = 0;        // the library's return code
+    bool found = false;  // the corners below are a page to rectify
+    ControlPointCorners corners{};
+};
+
+// The corrector family: hybrid search, or the page edges alone.
+bool corrector_available();
+FindOutcome find_with_corrector(const Raster& image, bool edges_only);
+// Rectifies with the caller's corners and fill colour (one byte a channel).
+Raster rectify_with_fill(const Raster& image, const ControlPointCorners& corners, const unsigned char* fill);
+
+// The corner search family, method 0 to 7.
+bool corner_search_available();
+FindOutcome find_with_engine(int method, const Raster& image);
+
+// Binarization and the resolution estimate need methods that the library
+// gains later; these answer whether this build has them.
+bool binarization_available(const std::string& method);
+bool resolution_estimate_available();
+
+// Rectifies with the free functions; the fill colour comes from the page's
+// border. Throws ImageProblem when the page would be too large.
+Raster rectify(const Raster& image, const ControlPointCorners& corners);
+
+// The image's own corners: rectifying with them gives the whole image.
+ControlPointCorners whole_image_corners(const Raster& image);
+
+// The corrector's return code in words ("corners found and accepted").
+std::string meaning_of_corrector_code(int code);
+
+}  // namespace scan
+
+#endif

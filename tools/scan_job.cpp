@@ -1,0 +1,163 @@
+// One input through decode, find, rectify and encode, timed phase by phase.
+#include "scan_job.h"
+
+#include <chrono>
+
+#include "image_file.h"
+#include "overlay.h"
+#include "page_finder.h"
+#include "scan_error.h"
+
+namespace scan {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double milliseconds_since(Clock::time_point start) {
+    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+// The fill colour as the library wants it: one byte a channel of the image.
+void fill_bytes(const ScanOptions& options, int channels, unsigned char bytes[3]) {
+    int r = options.fill[0], g = options.fill[0], b = options.fill[0];
+    if (options.fill_count == 3) {
+        r = options.fill[0];
+        g = options.fill[1];
+        b = options.fill[2];
+    }
+    if (channels == 1) {
+        // A colour given for a gray image becomes its luminance.
+        bytes[0] = bytes[1] = bytes[2] = static_cast<unsigned char>((299 * r + 587 * g + 114 * b) / 1000);
+    } else {
+        bytes[0] = static_cast<unsigned char>(r);
+        bytes[1] = static_cast<unsigned char>(g);
+        bytes[2] = static_cast<unsigned char>(b);
+    }
+}
+
+void find(const Raster& image, const ScanOptions& options, JobReport& report) {
+    if (options.has_corners) {
+        report.source = CornerSource::Given;
+        report.meaning = "corners given";
+        report.page_found = true;
+        report.has_corners = true;
+        report.corners = options.corners;
+        return;
+    }
+    if (options.engine >= 0) {
+        report.source = CornerSource::Engine;
+        if (!corner_search_available()) {
+            report.meaning = "--engine is not available in this build";
+            return;
+        }
+        const FindOutcome outcome = find_with_engine(options.engine, image);
+        report.searched = true;
+        report.code = outcome.code;
+        report.meaning = outcome.found ? "corners found" : "no corners found";
+        report.page_found = outcome.found;
+        report.has_corners = outcome.found;
+        report.corners = outcome.corners;
+        return;
+    }
+    report.source = CornerSource::Corrector;
+    if (!corrector_available()) {
+        report.meaning = "page finding is not available in this build";
+        return;
+    }
+    const FindOutcome outcome = find_with_corrector(image, options.edges_only);
+    report.searched = true;
+    report.code = outcome.code;
+    report.meaning = meaning_of_corrector_code(outcome.code);
+    report.page_found = outcome.found;
+    report.has_corners = outcome.found;
+    report.corners = outcome.corners;
+}
+
+void process(const ScanOptions& options, JobReport& report) {
+    const JobPaths& paths = report.paths;
+    const auto in_file = [&](const ImageProblem& problem) {
+        return ScanError("'" + paths.input + "': " + problem.what());
+    };
+
+    Clock::time_point start = Clock::now();
+    const Raster image = read_image_file(paths.input);
+    report.input_width = image.width;
+    report.input_height = image.height;
+    report.input_channels = image.channels;
+    report.decode_ms = milliseconds_since(start);
+
+    start = Clock::now();
+    try {
+        find(image, options, report);
+    } catch (const ImageProblem& problem) {
+        throw in_file(problem);
+    }
+    report.find_ms = milliseconds_since(start);
+
+    const bool write_page = !paths.output.empty() && (report.page_found || options.always_write);
+    if (write_page) {
+        start = Clock::now();
+        Raster page;
+        try {
+            const ControlPointCorners corners = report.page_found ? report.corners : whole_image_corners(image);
+            if (options.fill_count > 0) {
+                unsigned char fill[3];
+                fill_bytes(options, image.channels, fill);
+                page = rectify_with_fill(image, corners, fill);
+            } else {
+                page = rectify(image, corners);
+            }
+        } catch (const ImageProblem& problem) {
+            throw in_file(problem);
+        }
+        report.rectify_ms = milliseconds_since(start);
+        report.output_width = page.width;
+        report.output_height = page.height;
+
+        start = Clock::now();
+        WriteSettings settings;
+        settings.png_level = options.png_level;
+        settings.jpeg_quality = options.jpeg_quality;
+        write_image_file(paths.output, page, settings);
+        report.written = true;
+        report.encode_ms = milliseconds_since(start);
+    }
+
+    if (!paths.overlay.empty()) {
+        start = Clock::now();
+        Raster picture;
+        try {
+            picture = make_overlay(image, report.has_corners ? &report.corners : nullptr);
+        } catch (const ImageProblem& problem) {
+            throw in_file(problem);
+        }
+        WriteSettings settings;
+        settings.png_level = options.png_level;
+        settings.jpeg_quality = options.jpeg_quality;
+        write_image_file(paths.overlay, picture, settings);
+        report.overlay_written = true;
+        report.overlay_ms = milliseconds_since(start);
+    }
+    report.exit_code = report.page_found ? kExitPageWritten : kExitNoPage;
+}
+
+}  // namespace
+
+JobReport run_job(const JobPaths& paths, const ScanOptions& options) {
+    JobReport report;
+    report.paths = paths;
+    const Clock::time_point start = Clock::now();
+    try {
+        process(options, report);
+    } catch (const ScanError& error) {
+        report.exit_code = error.exit_code();
+        report.error = error.what();
+    } catch (const std::bad_alloc&) {
+        report.exit_code = kExitUsageOrFile;
+        report.error = "'" + paths.input + "': not enough memory";
+    }
+    report.total_ms = milliseconds_since(start);
+    return report;
+}
+
+}  // namespace scan

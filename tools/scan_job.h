@@ -1,0 +1,51 @@
+// One input through the four phases: decode, find, rectify, encode; and
+// everything a report says about it.
+#ifndef MORVANE_TOOLS_SCAN_JOB_H
+#define MORVANE_TOOLS_SCAN_JOB_H
+
+#include <string>
+
+#include "morvane/morvane.h"
+#include "scan_error.h"
+#include "scan_options.h"
+
+namespace scan {
+
+struct JobPaths {
+    std::string input;
+    std::string output;   // empty: nothing written
+    std::string overlay;  // empty: no overlay
+};
+
+enum class CornerSource { None, Given, Corrector, Engine };
+
+struct JobReport {
+    JobPaths paths;
+    int exit_code = kExitUsageOrFile;
+    std::string error;  // the one-line message when exit_code is 2
+
+    int input_width = 0;
+    int input_height = 0;
+    int input_channels = 0;
+
+    CornerSource source = CornerSource::None;
+    bool searched = false;  // a library search ran and `code` holds its answer
+    int code = 0;
+    std::string meaning;
+    bool page_found = false;
+    bool has_corners = false;
+    ControlPointCorners corners{};
+
+    bool written = false;       // the page (or, with --always-write, the whole image)
+    bool overlay_written = false;
+    int output_width = 0;
+    int output_height = 0;
+
+    double decode_ms = 0, find_ms = 0, rectify_ms = 0, encode_ms = 0, overlay_ms = 0, total_ms = 0;
+};
+
+JobReport run_job(const JobPaths& paths, const ScanOptions& options);
+
+}  // namespace scan
+
+#endif

@@ -1,0 +1,178 @@
+// morvane-scan: finds the page in photos and writes it straightened. The
+// library's first caller; it reaches the library through the flat functions
+// of morvane/morvane.h only.
+#include <csignal>
+#include <cstdio>
+#include <iostream>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <sys/stat.h>
+
+#include "image_file.h"
+#include "morvane/morvane.h"
+#include "page_finder.h"
+#include "scan_error.h"
+#include "scan_job.h"
+#include "scan_options.h"
+#include "scan_report.h"
+
+namespace {
+
+using namespace scan;
+
+// An interrupted run removes the file it was writing, then ends as the
+// signal would have ended it.
+extern "C" void on_signal(int signal_number) {
+    remove_pending_output();
+    std::signal(signal_number, SIG_DFL);
+    std::raise(signal_number);
+}
+
+std::string base_name(const std::string& path) {
+    const std::size_t slash = path.find_last_of('/');
+    return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+std::string stem(const std::string& name) {
+    const std::size_t dot = name.find_last_of('.');
+    return dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
+}
+
+bool same_file(const std::string& a, const std::string& b) {
+    struct stat sa {}, sb {};
+    return stat(a.c_str(), &sa) == 0 && stat(b.c_str(), &sb) == 0 && sa.st_dev == sb.st_dev && sa.st_ino == sb.st_ino;
+}
+
+void check_output_file(const std::string& path) {
+    if (format_of_name(path) == ImageFormat::Unknown) {
+        throw ScanError("cannot write '" + path + "': unknown picture format (use .png, .jpg or .jpeg)");
+    }
+    const std::string problem = folder_problem(folder_of(path));
+    if (!problem.empty()) throw ScanError("cannot write '" + path + "': " + problem);
+}
+
+void check_output_folder(const std::string& folder) {
+    const std::string problem = folder_problem(folder);
+    if (!problem.empty()) throw ScanError("cannot write into '" + folder + "': " + problem);
+}
+
+// Options whose library functions this build lacks stop the run before any
+// work: the user asked for a result that cannot be had.
+void check_available(const ScanOptions& options) {
+    if (options.fill_count > 0 && !corrector_available()) {
+        throw ScanError("--fill is not available in this build: the library has no corrector family yet");
+    }
+    if (!options.binarize.empty() && !binarization_available(options.binarize)) {
+        throw ScanError("--binarize " + options.binarize + " is not available in this build yet");
+    }
+    if (options.dpi && !resolution_estimate_available()) {
+        throw ScanError("--dpi is not available in this build: the resolution estimate needs page analysis");
+    }
+}
+
+// Where each input's results go; refuses collisions before any work.
+std::vector<JobPaths> plan(const ScanOptions& options) {
+    const bool batch = options.inputs.size() > 1;
+    if (!options.output.empty()) check_output_file(options.output);
+    if (!options.output_folder.empty()) check_output_folder(options.output_folder);
+    if (!options.overlay.empty()) {
+        if (batch) {
+            check_output_folder(options.overlay);
+        } else {
+            check_output_file(options.overlay);
+        }
+    }
+    std::vector<JobPaths> jobs;
+    std::set<std::string> targets;
+    for (const std::string& input : options.inputs) {
+        JobPaths paths;
+        paths.input = input;
+        const std::string name = base_name(input);
+        if (!options.output.empty()) paths.output = options.output;
+        if (!options.output_folder.empty()) {
+            paths.output = options.output_folder + "/" + (format_of_name(name) == ImageFormat::Unknown ? name + ".png" : name);
+        }
+        if (!options.overlay.empty()) {
+            paths.overlay = batch ? options.overlay + "/" + stem(name) + "-overlay.png" : options.overlay;
+        }
+        for (const std::string* target : {&paths.output, &paths.overlay}) {
+            if (target->empty()) continue;
+            if (!targets.insert(*target).second) throw ScanError("two results would both be written to '" + *target + "'");
+            if (same_file(*target, input)) throw ScanError("cannot write '" + *target + "': it is the input");
+        }
+        jobs.push_back(paths);
+    }
+    return jobs;
+}
+
+void print_version() {
+    std::cout << "morvane-scan 16.1.8\n"
+              << morvane_get_version_number() << "\n"
+              << morvane_get_branch_name() << "\n"
+              << morvane_get_sha() << "\n";
+}
+
+int run(int argc, char** argv) {
+    const ScanOptions options = parse_options(argc, argv);
+    if (options.help) {
+        std::cout << help_text();
+        return kExitPageWritten;
+    }
+    if (options.version) {
+        print_version();
+        return kExitPageWritten;
+    }
+    check_available(options);
+    const std::vector<JobPaths> jobs = plan(options);
+
+    if (!options.has_corners) {
+        const bool engine = options.engine >= 0;
+        if (engine ? !corner_search_available() : !corrector_available()) {
+            std::cerr << "morvane-scan: " << (engine ? "--engine" : "page finding")
+                      << " is not available in this build yet; give the page's corners with --corners\n";
+        }
+    }
+
+    const bool batch = jobs.size() > 1;
+    int exit_code = kExitPageWritten;
+    for (std::size_t i = 0; i < jobs.size(); ++i) {
+        const JobReport report = run_job(jobs[i], options);
+        if (report.exit_code > exit_code) exit_code = report.exit_code;
+        if (report.exit_code == kExitUsageOrFile) {
+            std::cout.flush();
+            std::cerr << "morvane-scan: " << report.error << "\n";
+        }
+        if (options.corners_only) {
+            std::cout << corners_line(report) << "\n";
+        } else if (options.json) {
+            std::cout << json_report(report) << "\n";
+        } else if (batch) {
+            std::cout << progress_line(report, i + 1, jobs.size()) << "\n";
+        } else if (report.exit_code != kExitUsageOrFile) {
+            std::cout << summary_text(report);
+        }
+        std::cout.flush();
+    }
+    return exit_code;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    for (const int signal_number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) std::signal(signal_number, on_signal);
+    try {
+        return run(argc, argv);
+    } catch (const ScanError& error) {
+        std::cerr << "morvane-scan: " << error.what() << "\n";
+        return error.exit_code();
+    } catch (const std::bad_alloc&) {
+        std::cerr << "morvane-scan: not enough memory\n";
+    } catch (const std::exception& error) {
+        std::cerr << "morvane-scan: " << error.what() << "\n";
+    } catch (...) {
+        std::cerr << "morvane-scan: unexpected failure\n";
+    }
+    return kExitUsageOrFile;
+}

@@ -1,0 +1,60 @@
+// The command line of morvane-scan: what the user asked for, checked once.
+#ifndef MORVANE_TOOLS_SCAN_OPTIONS_H
+#define MORVANE_TOOLS_SCAN_OPTIONS_H
+
+#include <string>
+#include <vector>
+
+#include "morvane/morvane.h"
+
+namespace scan {
+
+struct ScanOptions {
+    std::vector<std::string> inputs;
+    std::string output;         // -o: the one output file
+    std::string output_folder;  // -d: one output per input, named like the input
+
+    bool has_corners = false;
+    ControlPointCorners corners{};  // top-left, top-right, bottom-right, bottom-left
+
+    int fill_count = 0;  // 0: computed from the page; 1 gray value or 3 for R, G, B
+    int fill[3] = {0, 0, 0};
+
+    bool edges_only = false;
+    int engine = -1;  // corner search method 0 to 7, -1 for the corrector
+
+    std::string binarize;  // "", "sauvola" or "multiscale"
+    bool has_window = false;
+    int window = 35;
+    bool has_k = false;
+    float k = 0.1f;
+    bool dpi = false;
+
+    std::string overlay;  // file, or folder with several inputs
+    bool json = false;
+    bool corners_only = false;
+    bool always_write = false;
+    int png_level = 1;
+    int jpeg_quality = 92;
+
+    bool help = false;
+    bool version = false;
+};
+
+// Largest magnitude accepted for a corner coordinate: far beyond any photo,
+// small enough that every size computed from corners stays an integer.
+constexpr int kCornerLimit = 1000000;
+
+// Throws ScanError with exit code 2 on anything malformed or contradictory.
+ScanOptions parse_options(int argc, const char* const* argv);
+
+// Parses "x0,y0,x1,y1,x2,y2,x3,y3"; false when it is not eight integers
+// within the limit.
+bool parse_corners(const std::string& text, ControlPointCorners& corners);
+
+// The --help text, with what this build of the library offers.
+std::string help_text();
+
+}  // namespace scan
+
+#endif

@@ -1,0 +1,122 @@
+// What morvane-scan prints about one input.
+#include "scan_report.h"
+
+#include <cstdio>
+
+#include "json_writer.h"
+
+namespace scan {
+namespace {
+
+std::string seconds(double ms) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.2f s", ms / 1000.0);
+    return text;
+}
+
+std::string corner_list(const ControlPointCorners& corners) {
+    std::string text;
+    for (int i = 0; i < 4; ++i) {
+        if (i > 0) text += " ";
+        text += "(" + std::to_string(corners.x[i]) + "," + std::to_string(corners.y[i]) + ")";
+    }
+    return text;
+}
+
+std::string source_name(const JobReport& report) {
+    switch (report.source) {
+        case CornerSource::Given: return "given";
+        case CornerSource::Corrector: return "corrector";
+        case CornerSource::Engine: return "engine";
+        case CornerSource::None: break;
+    }
+    return "none";
+}
+
+// "page found (code 1: corners found and accepted)"
+std::string outcome_words(const JobReport& report) {
+    if (report.source == CornerSource::Given) return "corners given";
+    std::string words = report.page_found ? "page found" : "no page found";
+    if (report.searched) return words + " (code " + std::to_string(report.code) + ": " + report.meaning + ")";
+    return words + " (" + report.meaning + ")";
+}
+
+}  // namespace
+
+std::string summary_text(const JobReport& report) {
+    const JobPaths& paths = report.paths;
+    std::string text = paths.input + ": " + std::to_string(report.input_width) + " x " +
+                       std::to_string(report.input_height) + (report.input_channels == 3 ? " colour" : " gray") + "\n";
+    if (report.source == CornerSource::Given) {
+        text += "  corners given: " + corner_list(report.corners) + "\n";
+    } else {
+        text += "  " + outcome_words(report) + "\n";
+        if (report.has_corners) text += "  corners: " + corner_list(report.corners) + "\n";
+    }
+    if (report.written) {
+        text += std::string(report.page_found ? "  page written to " : "  whole image written to ") + paths.output +
+                ": " + std::to_string(report.output_width) + " x " + std::to_string(report.output_height) + "\n";
+    } else if (!paths.output.empty()) {
+        text += "  nothing written to " + paths.output + " (--always-write writes the whole image)\n";
+    }
+    if (report.overlay_written) text += "  overlay written to " + paths.overlay + "\n";
+    char times[160];
+    std::snprintf(times, sizeof times, "  time: %s (decode %.2f, find %.2f, rectify %.2f, encode %.2f)\n",
+                  seconds(report.total_ms).c_str(), report.decode_ms / 1000.0, report.find_ms / 1000.0,
+                  report.rectify_ms / 1000.0, report.encode_ms / 1000.0);
+    return text + times;
+}
+
+std::string progress_line(const JobReport& report, std::size_t index, std::size_t count) {
+    std::string line = "[" + std::to_string(index) + "/" + std::to_string(count) + "] " + report.paths.input;
+    if (report.written) line += " -> " + report.paths.output;
+    if (report.exit_code == kExitUsageOrFile) return line + ": failed";
+    line += ": " + outcome_words(report);
+    if (report.written) line += ", " + std::to_string(report.output_width) + " x " + std::to_string(report.output_height);
+    return line + ", " + seconds(report.total_ms);
+}
+
+std::string json_report(const JobReport& report) {
+    JsonObject json;
+    json.text("input", report.paths.input);
+    if (report.exit_code == kExitUsageOrFile) {
+        json.text("error", report.error).number("exit", static_cast<long long>(report.exit_code));
+        return json.str();
+    }
+    json.number("input_width", static_cast<long long>(report.input_width))
+        .number("input_height", static_cast<long long>(report.input_height))
+        .text("source", source_name(report));
+    if (report.searched) {
+        json.number("code", static_cast<long long>(report.code));
+    } else {
+        json.null("code");
+    }
+    json.text("meaning", report.meaning)
+        .boolean("page_found", report.page_found)
+        .raw("corners", json_corners(report.has_corners ? &report.corners : nullptr))
+        .text_or_null("output", report.written ? report.paths.output : std::string());
+    if (report.written) {
+        json.number("output_width", static_cast<long long>(report.output_width))
+            .number("output_height", static_cast<long long>(report.output_height));
+    } else {
+        json.null("output_width").null("output_height");
+    }
+    json.text_or_null("overlay", report.overlay_written ? report.paths.overlay : std::string());
+    // The estimate is not in this build: null, never a made-up 300.
+    json.null("dpi");
+    JsonObject times;
+    times.number("decode", report.decode_ms, 1)
+        .number("find", report.find_ms, 1)
+        .number("rectify", report.rectify_ms, 1)
+        .number("encode", report.encode_ms, 1)
+        .number("overlay", report.overlay_ms, 1)
+        .number("total", report.total_ms, 1);
+    json.raw("times_ms", times.str()).number("exit", static_cast<long long>(report.exit_code));
+    return json.str();
+}
+
+std::string corners_line(const JobReport& report) {
+    return "{\"corners\": " + json_corners(report.has_corners ? &report.corners : nullptr) + "}";
+}
+
+}  // namespace scan
