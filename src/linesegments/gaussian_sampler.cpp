@@ -64,18 +64,27 @@ ImageObject<double> GaussianSampler::down_scale(const ImageObject<unsigned char>
     const AxisTaps down(out_height, height, scale, sigma, half);
     const int taps = across.taps;
 
-    // x pass: out_width by height. Each sum runs over the taps in order from
-    // 0.0, the same additions whatever order the pixels are visited in.
+    // x pass: out_width by height. Each output is summed over the taps in
+    // order from 0.0, as the plain form does; going tap by tap across a whole
+    // row keeps those sums independent, so they run side by side.
+    std::vector<int> tap_sources(static_cast<std::size_t>(taps) * out_width);
+    std::vector<double> tap_weights(static_cast<std::size_t>(taps) * out_width);
+    for (int x = 0; x < out_width; ++x)
+        for (int i = 0; i < taps; ++i) {
+            tap_sources[static_cast<std::size_t>(i) * out_width + x] = across.sources[static_cast<std::size_t>(x) * taps + i];
+            tap_weights[static_cast<std::size_t>(i) * out_width + x] = across.weights[static_cast<std::size_t>(x) * taps + i];
+        }
+    std::vector<double> row_in(static_cast<std::size_t>(width));
     ImageObject<double> partial(out_width, height);
     for (int y = 0; y < height; ++y) {
         const unsigned char* in = image.row(y);
+        for (int x = 0; x < width; ++x) row_in[x] = in[x];
         double* out = partial.row(y);
-        for (int x = 0; x < out_width; ++x) {
-            const double* w = &across.weights[static_cast<std::size_t>(x) * taps];
-            const int* s = &across.sources[static_cast<std::size_t>(x) * taps];
-            double sum = 0.0;
-            for (int i = 0; i < taps; ++i) sum += in[s[i]] * w[i];
-            out[x] = sum;
+        for (int x = 0; x < out_width; ++x) out[x] = 0.0;
+        for (int i = 0; i < taps; ++i) {
+            const int* s = &tap_sources[static_cast<std::size_t>(i) * out_width];
+            const double* w = &tap_weights[static_cast<std::size_t>(i) * out_width];
+            for (int x = 0; x < out_width; ++x) out[x] += row_in[s[x]] * w[x];
         }
     }
 

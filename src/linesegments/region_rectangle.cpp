@@ -24,7 +24,7 @@ bool RegionRectangle::build(const BlobCoordinatesWrapper& region, const ImageObj
     double y = 0.0;
     double sum = 0.0;
     for (int i = 0; i < region.size; ++i) {
-        const Geocoordinate<int>& c = region.coordinates[i];
+        const BlobCoordinate& c = region.coordinates[i];
         const double weight = norms.at(c.x, c.y);
         x += c.x * weight;
         y += c.y * weight;
@@ -41,7 +41,7 @@ bool RegionRectangle::build(const BlobCoordinatesWrapper& region, const ImageObj
     double iyy = 0.0;
     double ixy = 0.0;
     for (int i = 0; i < region.size; ++i) {
-        const Geocoordinate<int>& c = region.coordinates[i];
+        const BlobCoordinate& c = region.coordinates[i];
         const double weight = norms.at(c.x, c.y);
         ixx += (c.y - y) * (c.y - y) * weight;
         iyy += (c.x - x) * (c.x - x) * weight;
@@ -57,7 +57,7 @@ bool RegionRectangle::build(const BlobCoordinatesWrapper& region, const ImageObj
     const double dy = std::sin(theta);
     double l_min = 0.0, l_max = 0.0, w_min = 0.0, w_max = 0.0;
     for (int i = 0; i < region.size; ++i) {
-        const Geocoordinate<int>& c = region.coordinates[i];
+        const BlobCoordinate& c = region.coordinates[i];
         const double l = (c.x - x) * dx + (c.y - y) * dy;
         const double w = -(c.x - x) * dy + (c.y - y) * dx;
         if (l > l_max) l_max = l;
@@ -99,7 +99,7 @@ bool RegionRectangle::refine(BlobCoordinatesWrapper& region, double& region_angl
     double sum_squares = 0.0;
     int n = 0;
     for (int i = 0; i < region.size; ++i) {
-        const Geocoordinate<int>& c = region.coordinates[i];
+        const BlobCoordinate& c = region.coordinates[i];
         used.at(c.x, c.y) = 0;
         if (distance(xc, yc, c.x, c.y) < rect.width) {
             const double d = lsd_angle::signed_difference(angles.at(c.x, c.y), seed_angle);
@@ -135,7 +135,7 @@ bool RegionRectangle::reduce_region_radius(BlobCoordinatesWrapper& region, doubl
         // Drop the pixels outside the disc; the last entry takes the place of
         // each one dropped, so the seed (distance 0) stays first.
         for (int i = 0; i < region.size; ++i) {
-            Geocoordinate<int>& c = region.coordinates[i];
+            BlobCoordinate& c = region.coordinates[i];
             if (distance(xc, yc, c.x, c.y) > radius) {
                 used.at(c.x, c.y) = 0;
                 c = region.coordinates[region.size - 1];
