@@ -1,0 +1,237 @@
+// The driver's runs as they stand without searches, and the rectification it
+// drives: the three sources of the fill colour, the working-image variants,
+// the resolution estimate.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <vector>
+
+#include "common/basic_image.h"
+#include "correction/projective_correction.h"
+#include "registration/hybrid_registration.h"
+
+using common::BasicImage;
+using geometric::Geocoordinate;
+using hybrid::HybridRegistration;
+
+namespace {
+
+BasicImage gray_image(int height, int width, unsigned char value) {
+    BasicImage image(height, width, common::GRAY);
+    std::memset(image.get_data(), value, static_cast<size_t>(image.get_data_size()));
+    return image;
+}
+
+// Corners whose top-left lies outside the 40 x 40 page, so that output pixel
+// (0, 0) takes the fill colour; the other three lie on pixels inside.
+const ControlPointCorners kPartlyOutside = {{-10, 30, 30, 2}, {-10, 3, 30, 35}};
+
+}  // namespace
+
+TEST(HybridRun, FindsNothingYetAndFallsBackToTheWholeImage) {
+    BasicImage image = gray_image(40, 60, 200);
+    for (int method : {0, 1}) {
+        HybridRegistration driver(&image);
+        driver.set_registration_method(method);
+        EXPECT_EQ(driver.run_program(), -1) << method;
+        EXPECT_NE(driver.edge_registration, nullptr);
+        EXPECT_EQ(driver.feature_registration != nullptr, method == 1);
+        ControlPointCorners out;
+        driver.obtain_four_corners(out);
+        const ControlPointCorners whole = {{0, 59, 59, 0}, {0, 0, 39, 39}};
+        EXPECT_EQ(std::memcmp(&out, &whole, sizeof out), 0);
+    }
+}
+
+TEST(HybridRun, RunProgramEmptiesTheCornersAndTheMark) {
+    BasicImage image = gray_image(40, 60, 200);
+    HybridRegistration driver(&image);
+    driver.reset_four_corners(kPartlyOutside);
+    driver.reset_four_corners({{1, 2, 3, 4}, {5, 6, 7, 8}});
+    ASSERT_TRUE(driver.corners_were_reset);
+    driver.run_program();
+    EXPECT_TRUE(driver.corners.empty());
+    EXPECT_FALSE(driver.corners_were_reset);
+}
+
+TEST(HybridRun, RefusedImageGivesZeroFromTheProgramAndMinusOneFromTheEdgeSearch) {
+    BasicImage image = gray_image(100, 800, 200);
+    for (int method : {0, 1}) {
+        HybridRegistration driver(&image);
+        driver.set_registration_method(method);
+        EXPECT_EQ(driver.run_program(), 0);
+        EXPECT_EQ(driver.edge_registration, nullptr);
+    }
+    HybridRegistration driver(&image);
+    EXPECT_EQ(driver.run_edge_searching(true), -1);
+    EXPECT_EQ(driver.run_feature_searching(), -1);
+}
+
+TEST(HybridRun, BgraEndsTheProgramWithZeroButLeavesTheEdgeSearch) {
+    BasicImage image(30, 30, common::BGRA);
+    HybridRegistration driver(&image);
+    EXPECT_EQ(driver.run_program(), 0);
+    EXPECT_THROW(driver.run_edge_searching(true), const char*);
+}
+
+TEST(HybridRun, FeatureSearchBeforeTheEdgeSearchIsAnError) {
+    BasicImage image = gray_image(40, 60, 200);
+    HybridRegistration driver(&image);
+    EXPECT_THROW(driver.run_feature_searching(), const char*);
+}
+
+TEST(HybridRun, EdgeParametersAreHandedDown) {
+    BasicImage image = gray_image(40, 60, 200);
+    HybridRegistration driver(&image);
+    driver.minimum_quadrilateral_angle = 33.0f;
+    driver.set_corner_type(false);
+    driver.run_edge_searching(true);
+    ASSERT_NE(driver.edge_registration, nullptr);
+    EXPECT_EQ(driver.edge_registration->para.minimum_quadrilateral_angle, 33.0f);
+    EXPECT_FALSE(driver.edge_registration->para.use_edge_corners);
+}
+
+class HybridFill : public ::testing::Test {
+protected:
+    HybridFill() : image(gray_image(40, 40, 200)), driver(&image) {
+        image.set_pixel(30, 3, 90);   // under corner 1
+        image.set_pixel(30, 30, 50);  // under corner 2
+        image.set_pixel(2, 35, 70);   // under corner 3
+    }
+    // Output pixel (0, 0) after a correction with the corners set up by the test.
+    unsigned fill_value() {
+        int width = 0, height = 0;
+        driver.obtain_corrected_img_dimension(width, height);
+        BasicImage output(height, width, common::GRAY);
+        EXPECT_EQ(driver.perform_correction(output), 1);
+        return output.get_pixel(0, 0);
+    }
+
+    BasicImage image;
+    HybridRegistration driver;
+};
+
+TEST_F(HybridFill, CallersColourComesFirst) {
+    unsigned char colour[1] = {7};
+    driver.set_filling_color(colour);
+    driver.obtain_internal_corners();
+    driver.reset_four_corners(kPartlyOutside);
+    EXPECT_EQ(fill_value(), 7u);
+    colour[0] = 9;  // kept by pointer: the next correction reads the new byte
+    EXPECT_EQ(fill_value(), 9u);
+}
+
+TEST_F(HybridFill, ResetCornersGiveTheBrightestPixelUnderThem) {
+    driver.obtain_internal_corners();  // corners exist, so the reset is marked
+    driver.reset_four_corners(kPartlyOutside);
+    ASSERT_TRUE(driver.corners_were_reset);
+    EXPECT_EQ(fill_value(), 90u);
+}
+
+TEST_F(HybridFill, UnmarkedResetLeavesTheColourToTheCorrection) {
+    // A reset on an empty list is not marked: the page's border decides,
+    // here the paper's 200.
+    driver.reset_four_corners(kPartlyOutside);
+    ASSERT_FALSE(driver.corners_were_reset);
+    EXPECT_EQ(fill_value(), 200u);
+}
+
+TEST_F(HybridFill, CornersAllOutsideLeaveTheColourToTheCorrection) {
+    driver.obtain_internal_corners();
+    // A diamond whose corners lie outside and whose sides cross the page.
+    driver.reset_four_corners({{-5, 20, 45, 20}, {20, -5, 20, 45}});
+    ASSERT_TRUE(driver.corners_were_reset);
+    EXPECT_EQ(fill_value(), 200u);
+}
+
+TEST(HybridFillRgb, ResetCornersTakeTheBrightestByRedAndGreen) {
+    BasicImage image(40, 40, common::RGB);
+    std::memset(image.get_data(), 255, static_cast<size_t>(image.get_data_size()));
+    image.set_pixel(30, 3, 0x0000C8);   // blue only: brightness 0
+    image.set_pixel(30, 30, 0xFF0000);  // red: (598 * 255) / 1000 = 152
+    image.set_pixel(2, 35, 0x00C800);   // green: (587 * 200) / 1000 = 117
+    HybridRegistration driver(&image);
+    driver.obtain_internal_corners();
+    driver.reset_four_corners(kPartlyOutside);
+    int width = 0, height = 0;
+    driver.obtain_corrected_img_dimension(width, height);
+    BasicImage output(height, width, common::RGB);
+    driver.perform_correction(output);
+    EXPECT_EQ(output.get_pixel(0, 0), 0xFF0000u);
+}
+
+TEST(HybridCorrection, MatchesAPlainCorrectionOnTheSameCorners) {
+    BasicImage image(50, 70, common::GRAY);
+    for (int y = 0; y < 50; ++y)
+        for (int x = 0; x < 70; ++x) image.set_pixel(x, y, static_cast<unsigned>((x * 7 + y * 13) % 256));
+    const ControlPointCorners given = {{3, 60, 66, 1}, {2, 5, 47, 44}};
+    HybridRegistration driver(&image);
+    driver.reset_four_corners(given);
+    int width = 0, height = 0;
+    driver.obtain_corrected_img_dimension(width, height);
+    BasicImage output(height, width, common::GRAY);
+    driver.perform_correction(output);
+
+    BasicImage copy(image);
+    BasicImage expected;
+    geometric::ProjectiveCorrection plain(&copy, &expected);
+    std::vector<Geocoordinate<float>> corners;
+    for (int i = 0; i < 4; ++i) corners.emplace_back(static_cast<float>(given.x[i]), static_cast<float>(given.y[i]));
+    plain.set_control_points(corners);
+    plain.run_correction();
+    ASSERT_EQ(expected.get_data_size(), output.get_data_size());
+    EXPECT_EQ(std::memcmp(expected.get_data(), output.get_data(), static_cast<size_t>(output.get_data_size())), 0);
+}
+
+TEST(HybridCorrection, WorkingImageVariantsWaitForARun) {
+    BasicImage image = gray_image(3001, 1000, 120);
+    HybridRegistration driver(&image);
+    int width = 0, height = 0;
+    driver.obtain_corrected_downsampled_img_dimension(width, height);
+    EXPECT_EQ(width, 1000);
+    EXPECT_EQ(height, 3001);
+    BasicImage output;
+    EXPECT_EQ(driver.perform_correction_on_downsampled_gray_image(output), 0);
+    EXPECT_EQ(output.get_data(), nullptr);
+
+    driver.run_program();
+    ASSERT_EQ(driver.downsampling_rate, 2);
+    driver.obtain_corrected_downsampled_img_dimension(width, height);
+    // The whole input, 999 x 3000 from corner to corner, halved: 499.5 + 1.5 and 1500 + 1.5.
+    EXPECT_EQ(width, 501);
+    EXPECT_EQ(height, 1501);
+    EXPECT_EQ(driver.perform_correction_on_downsampled_gray_image(output), 1);
+    EXPECT_EQ(output.get_width(), 501);
+    EXPECT_EQ(output.get_height(), 1501);
+    // Linear sampling cuts toward zero: a flat page may lose one level.
+    EXPECT_NEAR(static_cast<int>(output.get_pixel(250, 700)), 120, 1);
+}
+
+TEST(HybridResolution, FallsBackToThreeHundredWithoutPageAnalysis) {
+    BasicImage image = gray_image(40, 60, 200);
+    HybridRegistration driver(&image);
+    EXPECT_EQ(driver.estimate_spatial_resolution(), 300);
+    BasicImage rgb(20, 20, common::RGB);
+    BasicImage binary(20, 20, common::BINARY);
+    EXPECT_EQ(driver.estimate_spatial_resolution(image), 300);
+    EXPECT_EQ(driver.estimate_spatial_resolution(rgb), 300);
+    EXPECT_EQ(driver.estimate_spatial_resolution(binary), 300);
+    driver.run_program();
+    EXPECT_EQ(driver.estimate_spatial_resolution(), 300);
+}
+
+TEST(HybridVanishingPoints, ScaledByTheRate) {
+    BasicImage image = gray_image(40, 60, 200);
+    HybridRegistration driver(&image);
+    driver.run_program();
+    driver.downsampling_rate = 3;
+    driver.feature_registration->vanishing_points.horizontal_point = Geocoordinate<double>(10.0, -2.0);
+    driver.feature_registration->vanishing_points.horizontal.has_vanishing_point = true;
+    driver.edge_registration->vanishing_points.horizontal_point = Geocoordinate<double>(99.0, 99.0);
+    geometric::VanishingPointHorVerInfo info;
+    driver.obtain_vanishing_points(info);
+    EXPECT_TRUE(info.horizontal.has_vanishing_point);
+    EXPECT_EQ(info.horizontal_point.x, 30.0);
+    EXPECT_EQ(info.horizontal_point.y, -6.0);
+    EXPECT_EQ(info.vertical.angle, 90.0f);
+}
