@@ -142,6 +142,195 @@ MORVANE_API int obtain_output_image_dimension(const ControlPointCorners* corners
 
 /* ---- corrector family ---- */
 
+/*
+ * A corrector finds the four corners of the page in one image and rectifies
+ * it. All searches run on a gray working image, the input brought down by an
+ * integer rate (one more per halving until both sides are at most 1500
+ * pixels); only the rectification reads the full-size input.
+ *
+ * Calling order:
+ *   1. corrector_create, then any setters.
+ *   2. run_projective_correction(handle, image), or run_edge_searching and
+ *      then run_feature_searching.
+ *   3. obtain_four_corners, obtain_corrected_img_dimension.
+ *   4. The caller allocates an output of that size and of the input's kind
+ *      and calls obtain_corrected_image.
+ *   5. destroy_corrector.
+ * Instead of 2 and 3 a caller may give its own corners through
+ * obtain_corrected_img_dimension_given_corners and
+ * obtain_corrected_image_given_corners.
+ *
+ * A corrector serves one image: the working image is made by the first run
+ * and kept for the life of the handle, so a second run goes on working on
+ * the first image even when another one is bound. The bound image is read in
+ * place and must stay valid until the last obtain_... call.
+ *
+ * Return codes of the three run functions:
+ *    1  corners found and accepted: go on with obtain_four_corners
+ *    2  the page is already straight: no correction needed, corners valid
+ *    3  no usable result: neither edges nor text gave a geometry, or the
+ *       image was refused on the edge-only path
+ *    0  an exception ended run_projective_correction, which includes a
+ *       refused image
+ *   -3  a corner lies outside the image while set_within_the_image is in force
+ *   -4  the quadrilateral is too small
+ *   -5  the quadrilateral is not convex or a corner angle is too small
+ *   -6  the output would be too small compared with the input
+ *   -7  the corners derived from vanishing points failed their own examination
+ * An image is refused when its long side exceeds 7.0 times its short side or
+ * its short side is below 10 pixels. Four-channel images cannot be searched.
+ *
+ * In this version of the library the page-edge and text searches find no
+ * geometry yet: the run functions answer 3 (or 0 for a refused image), and
+ * the corners that obtain_four_corners reports are the whole image. Binarization
+ * of the result and the resolution estimate are likewise not available.
+ */
+
+/* A new corrector with every parameter at its default; free it with destroy_corrector. */
+MORVANE_API void* corrector_create(void);
+
+/* Destroys a corrector and everything it made; NULL is accepted. Buffers of the caller are never freed. */
+MORVANE_API void destroy_corrector(void* handle);
+
+/*
+ * Binds image (read in place, never changed) and runs the search: page edges,
+ * then, in hybrid mode, text features. Every exception ends in this function.
+ * Returns a code of the table above; 0 when the image was refused or any failure occurred.
+ */
+MORVANE_API int run_projective_correction(void* handle, const ImageCApi* image);
+
+/*
+ * Binds image and searches the page edges only, with the output check.
+ * Returns a code of the table above; 3 for a refused image. Failures leave as
+ * C++ exceptions: const char* "BGRA to grey level conversion nog implemented
+ * yet in common" for a four-channel image, memory failures as std::string or
+ * const char*.
+ */
+MORVANE_API int run_edge_searching(void* handle, const ImageCApi* image);
+
+/*
+ * Searches the text of the image bound by run_edge_searching, which must have
+ * run before (otherwise a const char* is thrown). Returns a code of the table above.
+ */
+MORVANE_API int run_feature_searching(void* handle);
+
+/* method > 0: hybrid, edges and then text (the default); otherwise edges alone. */
+MORVANE_API void set_registration_method(void* handle, int method);
+
+/*
+ * type 1 (the default): corners come from the page-edge lines and every
+ * result goes through the output check (inside the image when required,
+ * convex, angles, area, size). Any other value: corners come from the
+ * vanishing points and results are not checked.
+ */
+MORVANE_API void set_corner_type(void* handle, int type);
+
+/* Degrees within which a direction counts as already straight; defaults 0.2 (horizontal) and 0.4 (vertical). */
+MORVANE_API void set_angle_disparity(void* handle, float horizontal, float vertical);
+
+/* Smallest corner angle of the page quadrilateral, degrees; default 45.0. */
+MORVANE_API void set_minimum_quadrilateral_angle(void* handle, float degrees);
+
+/*
+ * The larger of output width over input width and output height over input
+ * height must exceed fraction (a fraction of 1, not a percentage); default 0.1.
+ */
+MORVANE_API void set_minimum_largest_dimension_percentage_threshold(void* handle, float fraction);
+
+/*
+ * Smallest quadrilateral area as a fraction of the image area; default 0.05.
+ * Values not above 0.001 are ignored. The limit applies in full to pages
+ * whose rectified long side is between 1.2 and 1.4 times the short side;
+ * other shapes must only exceed fraction - 0.1.
+ */
+MORVANE_API void set_minimum_aoi_area(void* handle, float fraction);
+
+/* From now on all four corners must lie inside the image; default off, and nothing turns it off again. */
+MORVANE_API void set_within_the_image(void* handle);
+
+/* Binarization method for obtain_binarized_corrected_image: 0 Sauvola (default), 1 multi-scale; other values are clamped to 0 or 1. */
+MORVANE_API void set_binarization_method(void* handle, int method);
+
+/* Binarization k: below 0 stored as 0.01, above 1 as 0.99, otherwise as given; default 0.1. */
+MORVANE_API void set_binarization_k(void* handle, float k);
+
+/* Binarization window in pixels: values below 1 are stored as 3; default 35. */
+MORVANE_API void set_binarization_window(void* handle, int window);
+
+/*
+ * Colour of output pixels that fall outside the input: one byte per channel
+ * of the input (1 for gray and 1-bit images, 3 for RGB, red first). The
+ * pointer itself is kept, not the bytes: they must stay valid through every
+ * later correction. NULL is ignored. Default: none; then the colour is that
+ * of the brightest pixel under corners the caller reset (inside the image),
+ * else the paper colour estimated along the inside of the page's edges.
+ */
+MORVANE_API void set_filling_color(void* handle, unsigned char* color);
+
+/*
+ * The page corners in full-size input pixels, each coordinate rounded by
+ * floor(v + 0.5): the corners found, the caller's after a reset, or the whole
+ * image when nothing was found.
+ */
+MORVANE_API void obtain_four_corners(void* handle, ControlPointCorners* corners);
+
+/*
+ * The vanishing points of the last search, in full-size image coordinates:
+ * from the text search when it ran, else from the edge search. Returns 0; the
+ * value carries no meaning.
+ */
+MORVANE_API int obtain_vanishing_point(void* handle, VanishingPointsCApi* out);
+
+/* The caller's corners (full-size input pixels) replace the corners found. */
+MORVANE_API void reset_four_corners(void* handle, const ControlPointCorners* corners);
+
+/*
+ * Size of the rectified image for the current corners, in pixels: the mean
+ * length of opposite sides plus one, rounded. Without corners, those of obtain_four_corners.
+ */
+MORVANE_API void obtain_corrected_img_dimension(void* handle, int* width, int* height);
+
+/* reset_four_corners(handle, corners), then obtain_corrected_img_dimension. */
+MORVANE_API void obtain_corrected_img_dimension_given_corners(void* handle, const ControlPointCorners* corners, int* width, int* height);
+
+/* Size of the rectified working image (corners divided by the rate); before any run, the bound input's size. */
+MORVANE_API void obtain_downsampled_corrected_img_dimension(void* handle, int* width, int* height);
+
+/*
+ * Rectifies the bound input into output, a buffer allocated by the caller of
+ * the size from obtain_corrected_img_dimension and of the input's kind
+ * (channels and is_binary). Resolutions are set to 300 on return. A 1-bit
+ * input is warped as gray and made 1-bit again (128 or less becomes ink); the
+ * corrector then holds the input as gray, and later corrections give gray.
+ * Throws (const char*) when output does not match, or when a four-channel
+ * input needs a fill colour.
+ */
+MORVANE_API void obtain_corrected_image(void* handle, ImageCApi* output);
+
+/* Binds input, reset_four_corners(handle, corners), then obtain_corrected_image. */
+MORVANE_API void obtain_corrected_image_given_corners(void* handle, const ImageCApi* input, const ControlPointCorners* corners, ImageCApi* output);
+
+/*
+ * Rectifies the gray working image into output (gray, of the size from
+ * obtain_downsampled_corrected_img_dimension). Does nothing before a run.
+ */
+MORVANE_API void obtain_downsampled_corrected_image(void* handle, ImageCApi* output);
+
+/*
+ * Binarizes input, usually the corrected image, into output (1-bit, same
+ * size) with the method, k and window set on the handle. Not available in
+ * this version: throws const char*.
+ */
+MORVANE_API void obtain_binarized_corrected_image(void* handle, const ImageCApi* input, ImageCApi* output);
+
+/*
+ * Resolution of image in dots per inch, from the size of its characters: when
+ * image has the same data pointer as the bound input, the run's own analysis
+ * serves (scaled by the rate); otherwise image is analysed alone. 300 when no
+ * analysis succeeds, which in this version is always.
+ */
+MORVANE_API void estimate_spatial_resolution(void* handle, const ImageCApi* image, int* resolution);
+
 /* ------------------------------------------------------------------------ */
 /* Corner search family                                                      */
 /* ------------------------------------------------------------------------ */

@@ -1,0 +1,214 @@
+// The corrector family through the shared library: refusals, the boundary's
+// codes, rectification with the caller's corners, fill colour, and the
+// functions that answer without searches.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <vector>
+
+#include "morvane/morvane.h"
+
+namespace {
+
+// A gray page in a buffer of the caller's.
+struct GrayPage {
+    std::vector<unsigned char> pixels;
+    ImageCApi record;
+
+    GrayPage(int height, int width, unsigned char value) : pixels(static_cast<size_t>(height) * width, value) {
+        record = ImageCApi{width, height, 0, 0, 1, 0, pixels.data()};
+    }
+};
+
+// An output record with a buffer of the size the handle asks for.
+struct Output {
+    std::vector<unsigned char> pixels;
+    ImageCApi record;
+
+    Output(int width, int height, int channels) : pixels(static_cast<size_t>(width) * height * channels, 1) {
+        record = ImageCApi{width, height, 0, 0, channels, 0, pixels.data()};
+    }
+};
+
+}  // namespace
+
+TEST(CorrectorFamily, DestroyAcceptsNull) { destroy_corrector(NULL); }
+
+TEST(CorrectorFamily, RefusalsAtTheExactLimits) {
+    struct Case { int height, width; bool accepted; };
+    const Case cases[] = {{100, 700, true}, {100, 800, false}, {10, 20, true}, {9, 20, false}};
+    for (const Case& c : cases) {
+        GrayPage page(c.height, c.width, 200);
+        void* program = corrector_create();
+        void* edges = corrector_create();
+        // Accepted images reach the searches, which find nothing yet: 3.
+        // Refused ones end run_projective_correction with 0 and read 3 on
+        // the edge-only path.
+        EXPECT_EQ(run_projective_correction(program, &page.record), c.accepted ? 3 : 0) << c.height << " x " << c.width;
+        EXPECT_EQ(run_edge_searching(edges, &page.record), 3) << c.height << " x " << c.width;
+        destroy_corrector(program);
+        destroy_corrector(edges);
+    }
+}
+
+TEST(CorrectorFamily, FourChannelImageEndsTheProgramButThrowsFromTheEdgeSearch) {
+    std::vector<unsigned char> pixels(30 * 30 * 4, 255);
+    const ImageCApi bgra = {30, 30, 0, 0, 4, 0, pixels.data()};
+    void* handle = corrector_create();
+    EXPECT_EQ(run_projective_correction(handle, &bgra), 0);
+    try {
+        run_edge_searching(handle, &bgra);
+        ADD_FAILURE() << "no exception";
+    } catch (const char* text) {
+        EXPECT_STREQ(text, "BGRA to grey level conversion nog implemented yet in common");
+    }
+    destroy_corrector(handle);
+}
+
+TEST(CorrectorFamily, EdgeThenFeatureSearchAnswerNoUsableResult) {
+    GrayPage page(60, 80, 200);
+    void* handle = corrector_create();
+    set_registration_method(handle, 0);
+    EXPECT_EQ(run_edge_searching(handle, &page.record), 3);
+    EXPECT_EQ(run_feature_searching(handle), 3);
+    ControlPointCorners corners;
+    obtain_four_corners(handle, &corners);
+    const ControlPointCorners whole = {{0, 79, 79, 0}, {0, 0, 59, 59}};
+    EXPECT_EQ(std::memcmp(&corners, &whole, sizeof corners), 0);
+    destroy_corrector(handle);
+}
+
+TEST(CorrectorFamily, RectifiesWithTheCallersCornersLikeTheFreeFunction) {
+    GrayPage page(50, 70, 0);
+    for (int y = 0; y < 50; ++y)
+        for (int x = 0; x < 70; ++x) page.pixels[static_cast<size_t>(y) * 70 + x] = static_cast<unsigned char>(x * 3 + y);
+    const ControlPointCorners corners = {{-4, 60, 66, 1}, {2, 5, 47, 44}};
+
+    void* handle = corrector_create();
+    int width = 0, height = 0;
+    obtain_corrected_img_dimension_given_corners(handle, &corners, &width, &height);
+    int free_width = 0, free_height = 0;
+    obtain_output_image_dimension(&corners, &free_width, &free_height);
+    EXPECT_EQ(width, free_width);
+    EXPECT_EQ(height, free_height);
+
+    Output mine(width, height, 1);
+    obtain_corrected_image_given_corners(handle, &page.record, &corners, &mine.record);
+    EXPECT_EQ(mine.record.x_resolution, 300);
+    EXPECT_EQ(mine.record.data, mine.pixels.data());
+    Output plain(width, height, 1);
+    perform_projective_correction(&corners, &page.record, &plain.record);
+    EXPECT_EQ(mine.pixels, plain.pixels);
+
+    // Determinism: the same call again gives the same bytes.
+    Output again(width, height, 1);
+    obtain_corrected_image_given_corners(handle, &page.record, &corners, &again.record);
+    EXPECT_EQ(again.pixels, mine.pixels);
+    destroy_corrector(handle);
+}
+
+TEST(CorrectorFamily, FillColourFromTheCallerIsKeptByPointer) {
+    GrayPage page(40, 40, 200);
+    const ControlPointCorners corners = {{-10, 30, 30, 2}, {-10, 3, 30, 35}};
+    void* handle = corrector_create();
+    unsigned char colour[1] = {7};
+    set_filling_color(handle, colour);
+    set_filling_color(handle, NULL);  // ignored: the colour above stays
+    int width = 0, height = 0;
+    obtain_corrected_img_dimension_given_corners(handle, &corners, &width, &height);
+    Output first(width, height, 1);
+    obtain_corrected_image_given_corners(handle, &page.record, &corners, &first.record);
+    EXPECT_EQ(first.pixels[0], 7);
+    colour[0] = 11;
+    Output second(width, height, 1);
+    obtain_corrected_image(handle, &second.record);
+    EXPECT_EQ(second.pixels[0], 11);
+    destroy_corrector(handle);
+}
+
+TEST(CorrectorFamily, CorrectionAfterARunUsesTheWholeImage) {
+    GrayPage page(40, 60, 123);
+    void* handle = corrector_create();
+    ASSERT_EQ(run_projective_correction(handle, &page.record), 3);
+    int width = 0, height = 0;
+    obtain_corrected_img_dimension(handle, &width, &height);
+    EXPECT_EQ(width, 60);
+    EXPECT_EQ(height, 40);
+    Output output(width, height, 1);
+    obtain_corrected_image(handle, &output.record);
+    const ControlPointCorners whole = {{0, 59, 59, 0}, {0, 0, 39, 39}};
+    Output plain(width, height, 1);
+    perform_projective_correction(&whole, &page.record, &plain.record);
+    EXPECT_EQ(output.pixels, plain.pixels);
+    destroy_corrector(handle);
+}
+
+TEST(CorrectorFamily, DownSampledVariantsWaitForARun) {
+    GrayPage page(3001, 1000, 90);
+    void* handle = corrector_create();
+    int width = 0, height = 0;
+    obtain_downsampled_corrected_img_dimension(handle, &width, &height);
+    EXPECT_EQ(width, 0);  // nothing bound yet: the empty input's size
+    Output untouched(4, 4, 1);
+    obtain_downsampled_corrected_image(handle, &untouched.record);
+    EXPECT_EQ(untouched.pixels, std::vector<unsigned char>(16, 1));
+
+    run_projective_correction(handle, &page.record);
+    obtain_downsampled_corrected_img_dimension(handle, &width, &height);
+    EXPECT_EQ(width, 501);
+    EXPECT_EQ(height, 1501);
+    Output small(width, height, 1);
+    obtain_downsampled_corrected_image(handle, &small.record);
+    // Linear sampling cuts toward zero: a flat page may lose one level.
+    EXPECT_NEAR(small.pixels[static_cast<size_t>(700) * width + 250], 90, 1);
+    destroy_corrector(handle);
+}
+
+TEST(CorrectorFamily, ResolutionAndVanishingPointsWithoutSearches) {
+    GrayPage page(40, 60, 200);
+    GrayPage other(30, 30, 200);
+    void* handle = corrector_create();
+    int resolution = 0;
+    estimate_spatial_resolution(handle, &other.record, &resolution);  // never ran
+    EXPECT_EQ(resolution, 300);
+    run_projective_correction(handle, &page.record);
+    resolution = 0;
+    estimate_spatial_resolution(handle, &page.record, &resolution);  // the run's own image
+    EXPECT_EQ(resolution, 300);
+
+    VanishingPointsCApi points;
+    std::memset(&points, 0xFF, sizeof points);
+    EXPECT_EQ(obtain_vanishing_point(handle, &points), 0);
+    EXPECT_EQ(points.horizontal_is_valid, 0);
+    EXPECT_EQ(points.vertical_is_valid, 0);
+    EXPECT_EQ(points.vertical_angle, 90.0f);
+    destroy_corrector(handle);
+}
+
+TEST(CorrectorFamily, SettersAcceptEveryValue) {
+    // The stored values are checked inside the library's own tests; here the
+    // exported setters are reached with values at and beyond their limits.
+    void* handle = corrector_create();
+    set_registration_method(handle, -1);
+    set_corner_type(handle, 2);
+    set_angle_disparity(handle, 0.5f, 0.7f);
+    set_minimum_quadrilateral_angle(handle, 30.0f);
+    set_minimum_largest_dimension_percentage_threshold(handle, 0.2f);
+    set_minimum_aoi_area(handle, 0.001f);
+    set_within_the_image(handle);
+    set_binarization_method(handle, 5);
+    set_binarization_k(handle, 1.5f);
+    set_binarization_window(handle, 0);
+    GrayPage page(40, 60, 200);
+    EXPECT_EQ(run_projective_correction(handle, &page.record), 3);
+    destroy_corrector(handle);
+}
+
+TEST(CorrectorFamily, BinarizationIsNotAvailableYet) {
+    GrayPage page(40, 60, 200);
+    std::vector<unsigned char> bits(40 * 8, 0);
+    ImageCApi output = {60, 40, 0, 0, 1, 1, bits.data()};
+    void* handle = corrector_create();
+    EXPECT_THROW(obtain_binarized_corrected_image(handle, &page.record, &output), const char*);
+    destroy_corrector(handle);
+}
