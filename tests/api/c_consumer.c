@@ -86,12 +86,34 @@ static void expect_line_segments(void) {
     destroy_lsd(NULL);
 }
 
+/* A corrector on a flat gray page: the searches find nothing yet (3), and the
+ * corners reported are the whole image. */
+static void check_corrector(void) {
+    enum { W = 40, H = 30 };
+    static unsigned char pixels[W * H];
+    ImageCApi image = {W, H, 0, 0, 1, 0, NULL};
+    ControlPointCorners corners;
+    void* corrector = corrector_create();
+    int width = 0, height = 0;
+    memset(pixels, 200, sizeof pixels);
+    image.data = pixels;
+    expect_int(run_projective_correction(corrector, &image), 3, "corrector run");
+    obtain_four_corners(corrector, &corners);
+    expect_int(corners.x[2], W - 1, "bottom-right x");
+    expect_int(corners.y[2], H - 1, "bottom-right y");
+    obtain_corrected_img_dimension(corrector, &width, &height);
+    expect_int(width, W, "corrected width");
+    destroy_corrector(corrector);
+    destroy_corrector(NULL);
+}
+
 int main(void) {
     expect_text(morvane_get_version_number(), "version of library: 16.1.8.9");
     expect_text(morvane_get_branch_name(), "git branch: version_16.1.8.xx");
     expect_text(morvane_get_sha(), "git sha: 85f81e8fe173efda1e5b0ddcfa2630298ac03c14");
     check_own_corner_rectification();
     expect_line_segments();
+    check_corrector();
     printf("%d checks, %d failed\n", checks, failures);
     return failures == 0 ? 0 : 1;
 }

@@ -18,7 +18,7 @@ namespace {
 
 BasicImage gray_image(int height, int width, unsigned char value) {
     BasicImage image(height, width, common::GRAY);
-    std::memset(image.get_data(), value, static_cast<size_t>(image.get_data_size()));
+    if (image.get_data() != nullptr) std::memset(image.get_data(), value, static_cast<size_t>(image.get_data_size()));
     return image;
 }
 
