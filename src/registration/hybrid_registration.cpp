@@ -241,6 +241,8 @@ int HybridRegistration::return_hybrid_result(geometric::RegistrationOutputType r
 
 int HybridRegistration::check_projective_output() {
     obtain_internal_corners();
+    // Registrations leave four corners or none; anything else is no quadrilateral.
+    if (corners.size() != 4) return -5;
     const int width = input_image->get_width();
     const int height = input_image->get_height();
 

@@ -184,31 +184,3 @@ TEST(CorrectorFamily, ResolutionAndVanishingPointsWithoutSearches) {
     EXPECT_EQ(points.vertical_angle, 90.0f);
     destroy_corrector(handle);
 }
-
-TEST(CorrectorFamily, SettersAcceptEveryValue) {
-    // The stored values are checked inside the library's own tests; here the
-    // exported setters are reached with values at and beyond their limits.
-    void* handle = corrector_create();
-    set_registration_method(handle, -1);
-    set_corner_type(handle, 2);
-    set_angle_disparity(handle, 0.5f, 0.7f);
-    set_minimum_quadrilateral_angle(handle, 30.0f);
-    set_minimum_largest_dimension_percentage_threshold(handle, 0.2f);
-    set_minimum_aoi_area(handle, 0.001f);
-    set_within_the_image(handle);
-    set_binarization_method(handle, 5);
-    set_binarization_k(handle, 1.5f);
-    set_binarization_window(handle, 0);
-    GrayPage page(40, 60, 200);
-    EXPECT_EQ(run_projective_correction(handle, &page.record), 3);
-    destroy_corrector(handle);
-}
-
-TEST(CorrectorFamily, BinarizationIsNotAvailableYet) {
-    GrayPage page(40, 60, 200);
-    std::vector<unsigned char> bits(40 * 8, 0);
-    ImageCApi output = {60, 40, 0, 0, 1, 1, bits.data()};
-    void* handle = corrector_create();
-    EXPECT_THROW(obtain_binarized_corrected_image(handle, &page.record, &output), const char*);
-    destroy_corrector(handle);
-}

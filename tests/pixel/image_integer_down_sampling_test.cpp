@@ -154,17 +154,6 @@ TEST(DownSampling, RefusesOtherTypesAndRatesBelowOne) {
     EXPECT_THROW(ImageIntegerDownSampling::DownSamplingSummedAreaTable(gray, output, -1), const char*);
 }
 
-TEST(DownSampling, ChangeImageDimensionLeavesTheBuffer) {
-    BasicImage image(6, 6, common::GRAY);
-    const unsigned char* buffer = image.get_data();
-    ImageIntegerDownSampling::change_image_dimension(image, 4, 3);
-    EXPECT_EQ(image.get_data(), buffer);
-    EXPECT_EQ(image.get_width(), 4);
-    EXPECT_EQ(image.get_row_size(), 4);
-    EXPECT_EQ(image.get_height(), 3);
-    EXPECT_EQ(image.get_data_size(), 12);
-}
-
 TEST(BlockMeanDivisor, DividesEveryBlockSumExactly) {
     for (int n = 1; n <= geometric::BlockMeanDivisor::kLargestReciprocalRate + 2; ++n) {
         const geometric::BlockMeanDivisor divisor(n);
