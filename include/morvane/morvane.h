@@ -358,7 +358,8 @@ MORVANE_API void estimate_spatial_resolution(void* handle, const ImageCApi* imag
 /*
  * A line segment detector with a-contrario validation, followed by a pass
  * that links collinear segments whose ends lie within 5 pixels of each
- * other. Fixed settings: the image is first scaled by 0.8 under a Gaussian
+ * other (pixels of the scaled image: 6.25 of the input). Fixed settings:
+ * the image is first scaled by 0.8 under a Gaussian
  * of sigma 0.6 / 0.8, angle tolerance 22.5 degrees, gradient quantisation
  * 2.0, detection threshold log10(NFA) 0.0, density 0.7, 1024 bins; linking
  * tolerance 7 degrees, linked segments validated again at threshold 0.0.
@@ -385,8 +386,11 @@ MORVANE_API void* lsd_create(void);
  *   p       angle tolerance of the segment as a fraction of pi (0 < p < 1)
  *   log_nfa -log10 of its number of false alarms in noise; higher is surer,
  *           every segment returned has more than 0.0
- * Ends lie on a grid of 1 / 0.8 pixels: they are cut to whole pixels of
- * the scaled image before scaling back.
+ * The detector cuts the ends of each piece it finds to whole pixels of the
+ * scaled image (adding 0.5 and truncating); the linking pass then sets the
+ * ends of each result on the line through its pieces, so the values handed
+ * out are not in general whole numbers. Segments come in falling order of
+ * the length of their longest piece.
  * Throws (as a C++ const char*) "line segment detection needs an 8-bit gray
  * image" for a binary or colour record, and "error while allocating line
  * segments, could not allocate enough memory" when the result cannot be
