@@ -1,6 +1,12 @@
 // The five samplers and the choice among them.
 #include "correction/sampling.h"
 
+#include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace geometric {
 
 namespace {
@@ -36,7 +42,112 @@ inline unsigned char clamp_byte(int value) {
     return static_cast<unsigned char>(value < 0 ? 0 : (value > 255 ? 255 : value));
 }
 
+// The kernels: one body per method, shared by the member functions and by
+// the stored function, where it is inlined into the one indirect call.
+#if defined(__GNUC__)
+#define MORVANE_KERNEL inline __attribute__((always_inline))
+#else
+#define MORVANE_KERNEL inline
+#endif
+
+MORVANE_KERNEL void nearest_kernel(const unsigned char* source, int, int, float, float, unsigned char* output) {
+    output[0] = source[0];
+}
+
+MORVANE_KERNEL void linear_kernel(const unsigned char* source, int b, int s, float fx, float fy,
+                                  unsigned char* output) {
+    output[0] = static_cast<unsigned char>(bilinear(source, b, s, fx, fy));
+}
+
+#if defined(__SSE2__)
+// Channels 0 to 3 of the pixel at p as floats. Reads four bytes: the
+// fourth belongs to the next pixel when pixels have three, which exists
+// wherever a bilinear neighbourhood does (the caller stays three pixels
+// from the right edge).
+inline __m128 load_channels(const unsigned char* p) {
+    int bytes;
+    std::memcpy(&bytes, p, 4);
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i words = _mm_unpacklo_epi8(_mm_cvtsi32_si128(bytes), zero);
+    return _mm_cvtepi32_ps(_mm_unpacklo_epi16(words, zero));
+}
+
+// interpolate() on four lanes: the same single-precision operations in the
+// same order, so every lane equals the scalar result bit for bit.
+inline __m128i interpolate_lanes(__m128 first, __m128 second, __m128 one_minus_f, __m128 f) {
+    return _mm_cvttps_epi32(_mm_add_ps(_mm_mul_ps(one_minus_f, first), _mm_mul_ps(f, second)));
+}
+#endif
+
+// The three channels at once where the vector unit allows; the plain
+// per-channel form is the definition.
+MORVANE_KERNEL void color_linear_kernel(const unsigned char* source, int b, int s, float fx, float fy,
+                                        unsigned char* output) {
+#if defined(__SSE2__)
+    const __m128 f = _mm_set1_ps(fx), one_minus_f = _mm_set1_ps(1 - fx);
+    const __m128 g = _mm_set1_ps(fy), one_minus_g = _mm_set1_ps(1 - fy);
+    const __m128i low_byte = _mm_set1_epi32(0xff);
+    const __m128i top = _mm_and_si128(
+        interpolate_lanes(load_channels(source), load_channels(source + b), one_minus_f, f), low_byte);
+    const __m128i bottom = _mm_and_si128(
+        interpolate_lanes(load_channels(source + s), load_channels(source + s + b), one_minus_f, f), low_byte);
+    const __m128i value = interpolate_lanes(_mm_cvtepi32_ps(top), _mm_cvtepi32_ps(bottom), one_minus_g, g);
+    // 0..255 in every lane, so the saturating packs keep the values.
+    const __m128i words = _mm_packs_epi32(value, value);
+    const int packed = _mm_cvtsi128_si32(_mm_packus_epi16(words, words));
+    output[0] = static_cast<unsigned char>(packed);
+    output[1] = static_cast<unsigned char>(packed >> 8);
+    output[2] = static_cast<unsigned char>(packed >> 16);
+#else
+    output[0] = static_cast<unsigned char>(bilinear(source, b, s, fx, fy));
+    output[1] = static_cast<unsigned char>(bilinear(source + 1, b, s, fx, fy));
+    output[2] = static_cast<unsigned char>(bilinear(source + 2, b, s, fx, fy));
+#endif
+}
+
+MORVANE_KERNEL void color_kernel(const unsigned char* source, int b, int s, float fx, float fy,
+                                 unsigned char* output) {
+    const int y = bilinear(source, b, s, fx, fy);
+    const int u = bilinear(source + 1, b, s, fx, fy) - 128;
+    const int v = bilinear(source + 2, b, s, fx, fy) - 128;
+    output[0] = clamp_byte(y + 91881 * u / 65536);
+    output[1] = clamp_byte(y + (-22553 * v - 46802 * u) / 65536);
+    output[2] = clamp_byte(y + 116130 * v / 65536);
+}
+
+MORVANE_KERNEL void bicubic_kernel(const unsigned char* source, int b, int s, float fx, float fy,
+                                   unsigned char* output) {
+    int rows[4];
+    for (int k = 0; k < 4; ++k) {
+        const unsigned char* row = source + (k - 1) * s;
+        rows[k] = low_byte(catmull_rom(row[-b], row[0], row[b], row[2 * b], fx));
+    }
+    output[0] = static_cast<unsigned char>(low_byte(catmull_rom(rows[0], rows[1], rows[2], rows[3], fy)));
+}
+
+#undef MORVANE_KERNEL
+
 }  // namespace
+
+void Sampling::sampling_nearest(const unsigned char* source, float fx, float fy, unsigned char* output) const {
+    nearest_kernel(source, bytes_per_pixel, row_size, fx, fy, output);
+}
+
+void Sampling::sampling_linear(const unsigned char* source, float fx, float fy, unsigned char* output) const {
+    linear_kernel(source, bytes_per_pixel, row_size, fx, fy, output);
+}
+
+void Sampling::color_linear(const unsigned char* source, float fx, float fy, unsigned char* output) const {
+    color_linear_kernel(source, bytes_per_pixel, row_size, fx, fy, output);
+}
+
+void Sampling::sampling_color(const unsigned char* source, float fx, float fy, unsigned char* output) const {
+    color_kernel(source, bytes_per_pixel, row_size, fx, fy, output);
+}
+
+void Sampling::sampling_bicubic(const unsigned char* source, float fx, float fy, unsigned char* output) const {
+    bicubic_kernel(source, bytes_per_pixel, row_size, fx, fy, output);
+}
 
 Sampling::Sampling(common::ImageType type, int width, InterpolationType interpolation)
     : margin(0), bytes_per_pixel(0), row_size(0) {
@@ -47,79 +158,41 @@ Sampling::Sampling(common::ImageType type, int width, InterpolationType interpol
         default: break;
     }
     row_size = width * bytes_per_pixel;
-    // Lambdas rather than bound member pointers: the call through the stored
-    // function is the only indirect call a pixel, the body is inlined into it.
+    // Lambdas on the kernels rather than bound member pointers: the call
+    // through the stored function is then the only call a pixel.
     switch (interpolation) {
         case INTERPOLATION_NEAREST:
             margin = 0;
             sampler = [this](const unsigned char* s, float fx, float fy, unsigned char* o) {
-                sampling_nearest(s, fx, fy, o);
+                nearest_kernel(s, bytes_per_pixel, row_size, fx, fy, o);
             };
             break;
         case INTERPOLATION_LINEAR:
             margin = 1;
             sampler = [this](const unsigned char* s, float fx, float fy, unsigned char* o) {
-                sampling_linear(s, fx, fy, o);
+                linear_kernel(s, bytes_per_pixel, row_size, fx, fy, o);
             };
             break;
         case INTERPOLATION_BICUBIC:
             margin = 2;
             sampler = [this](const unsigned char* s, float fx, float fy, unsigned char* o) {
-                sampling_bicubic(s, fx, fy, o);
+                bicubic_kernel(s, bytes_per_pixel, row_size, fx, fy, o);
             };
             break;
         case INTERPOLATION_COLOR:
             margin = 2;
             sampler = [this](const unsigned char* s, float fx, float fy, unsigned char* o) {
-                sampling_color(s, fx, fy, o);
+                color_kernel(s, bytes_per_pixel, row_size, fx, fy, o);
             };
             break;
         case INTERPOLATION_COLOR_LINEAR:
             margin = 1;
             sampler = [this](const unsigned char* s, float fx, float fy, unsigned char* o) {
-                color_linear(s, fx, fy, o);
+                color_linear_kernel(s, bytes_per_pixel, row_size, fx, fy, o);
             };
             break;
         default: break;  // no method: the sampler stays empty
     }
-}
-
-void Sampling::sampling_nearest(const unsigned char* source, float, float, unsigned char* output) const {
-    output[0] = source[0];
-}
-
-void Sampling::sampling_linear(const unsigned char* source, float fx, float fy, unsigned char* output) const {
-    output[0] = static_cast<unsigned char>(bilinear(source, bytes_per_pixel, row_size, fx, fy));
-}
-
-void Sampling::color_linear(const unsigned char* source, float fx, float fy, unsigned char* output) const {
-    const int b = bytes_per_pixel;
-    const int s = row_size;
-    output[0] = static_cast<unsigned char>(bilinear(source, b, s, fx, fy));
-    output[1] = static_cast<unsigned char>(bilinear(source + 1, b, s, fx, fy));
-    output[2] = static_cast<unsigned char>(bilinear(source + 2, b, s, fx, fy));
-}
-
-void Sampling::sampling_color(const unsigned char* source, float fx, float fy, unsigned char* output) const {
-    const int b = bytes_per_pixel;
-    const int s = row_size;
-    const int y = bilinear(source, b, s, fx, fy);
-    const int u = bilinear(source + 1, b, s, fx, fy) - 128;
-    const int v = bilinear(source + 2, b, s, fx, fy) - 128;
-    output[0] = clamp_byte(y + 91881 * u / 65536);
-    output[1] = clamp_byte(y + (-22553 * v - 46802 * u) / 65536);
-    output[2] = clamp_byte(y + 116130 * v / 65536);
-}
-
-void Sampling::sampling_bicubic(const unsigned char* source, float fx, float fy, unsigned char* output) const {
-    const int b = bytes_per_pixel;
-    const int s = row_size;
-    int rows[4];
-    for (int k = 0; k < 4; ++k) {
-        const unsigned char* row = source + (k - 1) * s;
-        rows[k] = low_byte(catmull_rom(row[-b], row[0], row[b], row[2 * b], fx));
-    }
-    output[0] = static_cast<unsigned char>(low_byte(catmull_rom(rows[0], rows[1], rows[2], rows[3], fy)));
 }
 
 }  // namespace geometric
