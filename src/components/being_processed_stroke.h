@@ -6,9 +6,13 @@
 #include "components/binary_connected_component.h"
 #include "components/binary_run.h"
 
+namespace geometric {
+
 struct BeingProcessedStroke {
     BinaryConnectedComponent* stroke;
     const BinaryRun* run;
 };
+
+}  // namespace geometric
 
 #endif

@@ -1,6 +1,8 @@
 // The chain walks of a stroke, with path compression.
 #include "components/binary_connected_component.h"
 
+namespace geometric {
+
 BinaryConnectedComponent::BinaryConnectedComponent()
     : previous(nullptr), next(nullptr), cached_last(nullptr), cached_first(nullptr), pixels(0) {
     // A box that any run overwrites; formation then sets all four fields.
@@ -62,3 +64,5 @@ BinaryConnectedComponent* BinaryConnectedComponent::get_last_element() {
     }
     return tail;
 }
+
+}  // namespace geometric

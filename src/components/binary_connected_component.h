@@ -9,6 +9,8 @@
 #include "components/binary_run.h"
 #include "textgeometry/geobox.h"
 
+namespace geometric {
+
 // A component is the chain of strokes reachable by next from its head, the
 // one stroke whose previous is null. Merging two components splices two
 // chains; the cached pointers are union-find shortcuts that always point
@@ -38,7 +40,9 @@ public:
     // calculator's RunsInImage.
     std::vector<RunOnLine> runs;
     // Box of this stroke's runs alone; a stroke may hold two runs of one line.
-    geometric::Geobox<int> box;
+    Geobox<int> box;
 };
+
+}  // namespace geometric
 
 #endif

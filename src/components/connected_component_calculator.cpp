@@ -3,6 +3,8 @@
 
 #include <utility>
 
+namespace geometric {
+
 namespace {
 
 // Room of the first pool array and of the local arrays of the pass.
@@ -169,3 +171,5 @@ void ConnectedComponentCalculator::formulate_connected_components(const common::
         above.swap(here);
     }
 }
+
+}  // namespace geometric

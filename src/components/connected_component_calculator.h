@@ -17,6 +17,8 @@
 #include "components/runs_in_line.h"
 #include "components/stroke_array.h"
 
+namespace geometric {
+
 // One calculator serves one image: a second formation appends to the strokes
 // of the first and replaces the runs they point into. Queries that look like
 // reads still write the chain shortcuts, so a calculator belongs to one
@@ -107,5 +109,7 @@ private:
     std::shared_ptr<RunsInImage> runs_in_image;
     int neighbor_reach;
 };
+
+}  // namespace geometric
 
 #endif

@@ -1,6 +1,8 @@
 // Runs of a whole image, line by line.
 #include "components/runs_in_image.h"
 
+namespace geometric {
+
 RunsInImage::RunsInImage(const common::Image& image) {
     const int height = image.get_height();
     const int width = image.get_width();
@@ -14,3 +16,5 @@ RunsInImage::RunsInImage(const common::Image& image) {
             lines[y].formulate_gray_runs(line, 0, width);
     }
 }
+
+}  // namespace geometric

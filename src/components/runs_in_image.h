@@ -9,6 +9,8 @@
 #include "common/image.h"
 #include "components/runs_in_line.h"
 
+namespace geometric {
+
 class RunsInImage {
 public:
     typedef std::vector<RunsInLine>::const_iterator const_iterator;
@@ -26,5 +28,7 @@ public:
 private:
     std::vector<RunsInLine> lines;
 };
+
+}  // namespace geometric
 
 #endif

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <cstring>
 
+namespace geometric {
+
 namespace {
 
 // Position of the first set bit of a byte, counted from the most significant
@@ -115,3 +117,5 @@ void RunsInLine::formulate_gray_runs(const unsigned char* line, int start_column
         runs.push_back(BinaryRun{start, x - 1});
     }
 }
+
+}  // namespace geometric

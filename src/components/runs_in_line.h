@@ -7,6 +7,8 @@
 
 #include "components/binary_run.h"
 
+namespace geometric {
+
 class RunsInLine {
 public:
     typedef std::vector<BinaryRun>::const_iterator const_iterator;
@@ -35,5 +37,7 @@ public:
 private:
     std::vector<BinaryRun> runs;
 };
+
+}  // namespace geometric
 
 #endif

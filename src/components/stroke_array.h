@@ -8,6 +8,8 @@
 
 #include "components/binary_connected_component.h"
 
+namespace geometric {
+
 class StrokeArray {
 public:
     // Room for capacity strokes; none is constructed until taken.
@@ -39,5 +41,7 @@ private:
     std::size_t capacity;
     std::size_t count;
 };
+
+}  // namespace geometric
 
 #endif

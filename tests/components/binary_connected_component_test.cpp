@@ -5,6 +5,8 @@
 
 #include "components/binary_connected_component.h"
 
+using namespace geometric;
+
 namespace {
 
 typedef BinaryConnectedComponent Stroke;

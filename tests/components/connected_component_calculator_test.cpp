@@ -13,6 +13,8 @@
 
 using test_support::binary_from_text;
 
+using namespace geometric;
+
 namespace {
 
 typedef BinaryConnectedComponent Stroke;
@@ -37,8 +39,8 @@ unsigned chain_pixels(const Stroke* head) {
     return pixels;
 }
 
-geometric::Geobox<int> chain_box(const Stroke* head) {
-    geometric::Geobox<int> box = head->box;
+Geobox<int> chain_box(const Stroke* head) {
+    Geobox<int> box = head->box;
     for (const Stroke* stroke = head->next; stroke != nullptr; stroke = stroke->next) {
         if (stroke->box.right > box.right) box.right = stroke->box.right;
         if (stroke->box.bottom > box.bottom) box.bottom = stroke->box.bottom;
@@ -48,7 +50,7 @@ geometric::Geobox<int> chain_box(const Stroke* head) {
     return box;
 }
 
-void expect_box(const geometric::Geobox<int>& box, int right, int bottom, int left, int top) {
+void expect_box(const Geobox<int>& box, int right, int bottom, int left, int top) {
     EXPECT_EQ(box.right, right);
     EXPECT_EQ(box.bottom, bottom);
     EXPECT_EQ(box.left, left);
@@ -270,7 +272,7 @@ namespace {
 
 struct Formed {
     std::vector<unsigned> pixels;
-    std::vector<geometric::Geobox<int>> boxes;
+    std::vector<Geobox<int>> boxes;
 };
 
 Formed summary(ConnectedComponentCalculator& calculator) {

@@ -9,6 +9,8 @@
 #include "components/runs_in_image.h"
 #include "components/runs_in_line.h"
 
+using namespace geometric;
+
 namespace {
 
 std::vector<BinaryRun> runs_of(const RunsInLine& line) { return std::vector<BinaryRun>(line.begin(), line.end()); }
