@@ -4,7 +4,10 @@
 namespace geometric {
 
 BinaryConnectedComponent::BinaryConnectedComponent()
-    : previous(nullptr), next(nullptr), cached_last(nullptr), cached_first(nullptr), pixels(0) {
+    : BinaryConnectedComponent(std::pmr::get_default_resource()) {}
+
+BinaryConnectedComponent::BinaryConnectedComponent(std::pmr::memory_resource* run_memory)
+    : previous(nullptr), next(nullptr), cached_last(nullptr), cached_first(nullptr), pixels(0), runs(run_memory) {
     // A box that any run overwrites; formation then sets all four fields.
     box.right = -1000;
     box.bottom = -1000;

@@ -3,6 +3,7 @@
 #ifndef MORVANE_COMPONENTS_BINARY_CONNECTED_COMPONENT_H
 #define MORVANE_COMPONENTS_BINARY_CONNECTED_COMPONENT_H
 
+#include <memory_resource>
 #include <utility>
 #include <vector>
 
@@ -20,8 +21,12 @@ class BinaryConnectedComponent {
 public:
     // A run of the stroke and the line on which it lies.
     typedef std::pair<const BinaryRun*, int> RunOnLine;
+    // A growable array of runs; the calculator gives it memory from its own
+    // arena, so that thousands of small arrays cost no heap calls.
+    typedef std::pmr::vector<RunOnLine> StrokeRuns;
 
     BinaryConnectedComponent();
+    explicit BinaryConnectedComponent(std::pmr::memory_resource* run_memory);
     BinaryConnectedComponent(const BinaryConnectedComponent&) = delete;
     BinaryConnectedComponent& operator=(const BinaryConnectedComponent&) = delete;
 
@@ -38,7 +43,7 @@ public:
     unsigned pixels;
     // Filled only when the calculator stores runs; the runs live in the
     // calculator's RunsInImage.
-    std::vector<RunOnLine> runs;
+    StrokeRuns runs;
     // Box of this stroke's runs alone; a stroke may hold two runs of one line.
     Geobox<int> box;
 };

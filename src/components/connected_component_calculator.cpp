@@ -58,13 +58,13 @@ std::size_t ConnectedComponentCalculator::size() {
 
 BinaryConnectedComponent* ConnectedComponentCalculator::take_new_stroke(const BinaryRun& run, int line) {
     if (pool.back().full()) pool.emplace_back(2 * pool.back().get_capacity());
-    BinaryConnectedComponent* stroke = pool.back().take();
+    BinaryConnectedComponent* stroke = pool.back().take(&run_memory);
     stroke->box.right = run.end;
     stroke->box.bottom = line;
     stroke->box.left = run.start;
     stroke->box.top = line;
     stroke->pixels = static_cast<unsigned>(run.end - run.start + 1);
-    if (store_runs) stroke->runs.push_back(BinaryConnectedComponent::RunOnLine(&run, line));
+    if (store_runs) stroke->runs.emplace_back(&run, line);
     return stroke;
 }
 
@@ -73,7 +73,7 @@ void ConnectedComponentCalculator::extend_stroke(BinaryConnectedComponent* strok
     if (run.end > stroke->box.right) stroke->box.right = run.end;
     if (run.start < stroke->box.left) stroke->box.left = run.start;
     stroke->pixels += static_cast<unsigned>(run.end - run.start + 1);
-    if (store_runs) stroke->runs.push_back(BinaryConnectedComponent::RunOnLine(&run, line));
+    if (store_runs) stroke->runs.emplace_back(&run, line);
 }
 
 void ConnectedComponentCalculator::init_strokes_of_first_line(const RunsInLine& runs,
@@ -90,6 +90,10 @@ void ConnectedComponentCalculator::process_line(const RunsInLine& runs, int line
     const std::size_t above_count = previous.size();
     std::size_t p = 0;
     BinaryConnectedComponent* last_stroke = nullptr;
+    // One entry for each run, filled in place.
+    const std::size_t first_entry = current.size();
+    current.resize(first_entry + runs.size());
+    BeingProcessedStroke* entry = current.data() + first_entry;
     for (const BinaryRun& run : runs) {
         BinaryConnectedComponent* taken = nullptr;
         // Skip the runs above that end before this one can touch them.
@@ -129,7 +133,9 @@ void ConnectedComponentCalculator::process_line(const RunsInLine& runs, int line
         }
         if (taken == nullptr) taken = take_new_stroke(run, line);
         last_stroke = taken;
-        current.push_back(BeingProcessedStroke{taken, &run});
+        entry->stroke = taken;
+        entry->run = &run;
+        ++entry;
     }
 }
 

@@ -8,6 +8,7 @@
 #include <iterator>
 #include <list>
 #include <memory>
+#include <memory_resource>
 #include <vector>
 
 #include "common/basic_image.h"
@@ -105,6 +106,12 @@ private:
 
     bool store_runs;
     bool eight_neighborhood;
+    // Memory of the strokes' run arrays, released with the calculator; it
+    // must outlive the pool, whose strokes give their arrays back to it. A
+    // pool, not an arena: a block outgrown by one stroke's array serves a
+    // younger stroke, which keeps the memory a page touches near what its
+    // runs need.
+    std::pmr::unsynchronized_pool_resource run_memory;
     StrokePool pool;
     std::shared_ptr<RunsInImage> runs_in_image;
     int neighbor_reach;

@@ -48,6 +48,15 @@ constexpr unsigned char kBitsFrom[8] = {0xFF, 0x7F, 0x3F, 0x1F, 0x0F, 0x07, 0x03
 // All bits before the given offset.
 constexpr unsigned char kBitsBefore[8] = {0x00, 0x80, 0xC0, 0xE0, 0xF0, 0xF8, 0xFC, 0xFE};
 
+// Appends in place: a run built aside and copied in costs a stalled
+// store-to-load forwarding on every run.
+inline void append(std::vector<BinaryRun>& runs, int start, int end) {
+    runs.emplace_back();
+    BinaryRun& run = runs.back();
+    run.start = start;
+    run.end = end;
+}
+
 inline bool is_zero_word(const unsigned char* bytes) {
     uint32_t word;
     std::memcpy(&word, bytes, sizeof word);
@@ -86,7 +95,7 @@ void RunsInLine::formulate_runs(const unsigned char* line, int start_column, int
         const int start = column + first;
         if (start >= width) {
             // Kept as is: a set padding bit gives a run that starts beyond its end.
-            runs.push_back(BinaryRun{start, width - 1});
+            append(runs, start, width - 1);
             return;
         }
         int clear = kFirstClearBit[*byte | kBitsBefore[first]];
@@ -94,12 +103,12 @@ void RunsInLine::formulate_runs(const unsigned char* line, int start_column, int
             ++byte;
             column += 8;
             if (column >= width) {
-                runs.push_back(BinaryRun{start, width - 1});
+                append(runs, start, width - 1);
                 return;
             }
             clear = kFirstClearBit[*byte];
         }
-        runs.push_back(BinaryRun{start, column + clear - 1});
+        append(runs, start, column + clear - 1);
         offset = clear;
     }
 }
@@ -114,7 +123,7 @@ void RunsInLine::formulate_gray_runs(const unsigned char* line, int start_column
         if (x == width) return;
         const int start = x;
         while (x < width && line[x] != 255) ++x;
-        runs.push_back(BinaryRun{start, x - 1});
+        append(runs, start, x - 1);
     }
 }
 

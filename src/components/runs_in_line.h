@@ -33,6 +33,8 @@ public:
     void reserve(std::size_t count) { runs.reserve(count); }
     void push_back(const BinaryRun& run) { runs.push_back(run); }
     void swap(RunsInLine& other) { runs.swap(other.runs); }
+    // Copies the runs of other into exactly as much room as they need.
+    void assign(const RunsInLine& other) { runs.assign(other.runs.begin(), other.runs.end()); }
 
 private:
     std::vector<BinaryRun> runs;

@@ -4,6 +4,7 @@
 #define MORVANE_COMPONENTS_STROKE_ARRAY_H
 
 #include <cstddef>
+#include <memory_resource>
 #include <new>
 
 #include "components/binary_connected_component.h"
@@ -29,9 +30,10 @@ public:
     BinaryConnectedComponent* begin() const { return strokes; }
     BinaryConnectedComponent* end() const { return strokes + count; }
 
-    // A fresh stroke in the next free place; the array must not be full.
-    BinaryConnectedComponent* take() {
-        BinaryConnectedComponent* stroke = new (strokes + count) BinaryConnectedComponent();
+    // A fresh stroke in the next free place, its runs in run_memory; the
+    // array must not be full.
+    BinaryConnectedComponent* take(std::pmr::memory_resource* run_memory) {
+        BinaryConnectedComponent* stroke = new (strokes + count) BinaryConnectedComponent(run_memory);
         ++count;
         return stroke;
     }
