@@ -205,6 +205,34 @@ TEST_F(ScanCommand, OptionsOfLaterMethodsSayTheyAreNotInThisBuild) {
     }
 }
 
+TEST_F(ScanCommand, ASearchThatIsNotInThisBuildSaysSoOnceAndExitsOne) {
+    struct Case {
+        std::vector<std::string> args;
+        const char* feature;
+        const char* message;
+    };
+    const Case cases[] = {
+        {{"page.png", "flat.png"}, "page finding",
+         "morvane-scan: page finding is not available in this build yet; give the page's corners with --corners\n"},
+        {{"page.png", "--engine", "6"}, "--engine",
+         "morvane-scan: --engine is not available in this build yet; give the page's corners with --corners\n"},
+    };
+    const RunResult help = folder.run({"--help"});
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.feature);
+        const std::size_t line = help.out.find(std::string("\n  ") + c.feature + " ");
+        ASSERT_NE(line, std::string::npos);
+        if (help.out.substr(line, help.out.find('\n', line + 1) - line).find("not available") == std::string::npos) {
+            continue;  // this build has it
+        }
+        const std::set<std::string> before = folder.files();
+        const RunResult run = folder.run(c.args);
+        EXPECT_EQ(run.exit_code, 1);
+        EXPECT_EQ(run.err, c.message);
+        EXPECT_EQ(folder.files(), before);
+    }
+}
+
 TEST_F(ScanCommand, FillColoursTheOutsideOrSaysItIsNotInThisBuild) {
     // Corners reaching left of the image: the first output columns lie outside.
     const RunResult run = folder.run({"page.png", "--corners", "-40,30,219,30,219,159,-40,159", "--fill", "255,0,0",
