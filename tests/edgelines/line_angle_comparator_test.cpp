@@ -1,0 +1,133 @@
+// Undirected angle comparisons: the wrap at 0/180, vertical lines, strict and
+// inclusive limits.
+#include "edgelines/line_angle_comparator.h"
+
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using geometric::GeolineBase;
+using geometric::HORIZONTAL_DIRECTION;
+using geometric::LineAngleComparator;
+using geometric::VERTICAL_DIRECTION;
+
+// The general form whose angle is `degrees` (not for 90).
+GeolineBase line_at(double degrees) { return GeolineBase(std::tan(degrees * M_PI / 180.0), -1.0, 10.0); }
+
+const GeolineBase kVertical(1.0, 0.0, -25.0);
+
+TEST(LineAngleComparatorTest, AngleOfALineIsInHalfOpenRangeAndNinetyForZeroB) {
+    EXPECT_DOUBLE_EQ(LineAngleComparator::calculate_line_angle(kVertical), 90.0);
+    EXPECT_DOUBLE_EQ(LineAngleComparator::calculate_line_angle(GeolineBase(3.0, 2.2e-16, 1.0)), 90.0);
+    EXPECT_NEAR(LineAngleComparator::calculate_line_angle(line_at(30.0)), 30.0, 1e-9);
+    EXPECT_NEAR(LineAngleComparator::calculate_line_angle(line_at(179.5)), 179.5, 1e-9);
+    EXPECT_DOUBLE_EQ(LineAngleComparator::calculate_line_angle(GeolineBase(0.0, -1.0, 5.0)), 0.0);
+}
+
+TEST(LineAngleComparatorTest, DisparityFoldsAcrossZeroAndOneEighty) {
+    struct Case {
+        double first, second, disparity;
+    };
+    const Case cases[] = {{5.0, 175.0, 10.0}, {175.0, 5.0, 10.0}, {0.0, 179.5, 0.5},  {90.0, 0.0, 90.0},
+                          {89.0, 91.0, 2.0},  {44.0, 136.0, 88.0}, {1.0, 179.0, 2.0}, {30.0, 30.0, 0.0}};
+    for (const Case& c : cases) {
+        EXPECT_NEAR(LineAngleComparator::calculate_disparity(c.first, c.second), c.disparity, 1e-12)
+            << c.first << " vs " << c.second;
+    }
+}
+
+TEST(LineAngleComparatorTest, LargeDisparityIsStrictAndSmallIsItsNegation) {
+    // 5 and 175 differ by 10: equal to the limit is small.
+    EXPECT_FALSE(LineAngleComparator::is_large_disparity(5.0, 175.0, 10.0));
+    EXPECT_TRUE(LineAngleComparator::is_small_disparity(5.0, 175.0, 10.0));
+    EXPECT_TRUE(LineAngleComparator::is_large_disparity(5.0, 175.0, 9.999));
+    EXPECT_FALSE(LineAngleComparator::is_small_disparity(5.0, 175.0, 9.999));
+    // Vertical against horizontal: exactly 90, large at any limit below it.
+    EXPECT_TRUE(LineAngleComparator::is_large_disparity(kVertical, GeolineBase(0.0, -1.0, 3.0), 89.999));
+    EXPECT_FALSE(LineAngleComparator::is_large_disparity(kVertical, GeolineBase(0.0, -1.0, 3.0), 90.0));
+}
+
+TEST(LineAngleComparatorTest, TwoVerticalLinesHaveNoDisparity) {
+    const GeolineBase other(-2.0, 0.0, 7.0);
+    EXPECT_DOUBLE_EQ(LineAngleComparator::calculate_disparity(kVertical, other), 0.0);
+    EXPECT_FALSE(LineAngleComparator::is_large_disparity(kVertical, other, 0.0));
+    EXPECT_TRUE(LineAngleComparator::is_large_disparity(kVertical, other, -0.5));
+    EXPECT_NEAR(LineAngleComparator::calculate_disparity(kVertical, line_at(80.0)), 10.0, 1e-9);
+    EXPECT_NEAR(LineAngleComparator::calculate_disparity(line_at(100.0), kVertical), 10.0, 1e-9);
+}
+
+TEST(LineAngleComparatorTest, NearAxesOnALineIsStrictAndWraps) {
+    struct Case {
+        GeolineBase line;
+        double tolerance;
+        geometric::Direction direction;
+        bool near;
+    };
+    const Case cases[] = {
+        {line_at(179.5), 1.0, HORIZONTAL_DIRECTION, true},  {line_at(0.5), 1.0, HORIZONTAL_DIRECTION, true},
+        {line_at(178.5), 1.0, HORIZONTAL_DIRECTION, false}, {line_at(1.5), 1.0, HORIZONTAL_DIRECTION, false},
+        {kVertical, 89.999, HORIZONTAL_DIRECTION, false},   {kVertical, 90.001, HORIZONTAL_DIRECTION, true},
+        {kVertical, 0.0, VERTICAL_DIRECTION, false},        {kVertical, 1e-9, VERTICAL_DIRECTION, true},
+        {line_at(89.5), 1.0, VERTICAL_DIRECTION, true},     {line_at(90.5), 1.0, VERTICAL_DIRECTION, true},
+        {line_at(88.5), 1.0, VERTICAL_DIRECTION, false},    {line_at(91.5), 1.0, VERTICAL_DIRECTION, false},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(LineAngleComparator::is_near_coordinate_axes(c.line, c.tolerance, c.direction), c.near)
+            << LineAngleComparator::calculate_line_angle(c.line) << " tolerance " << c.tolerance;
+    }
+}
+
+TEST(LineAngleComparatorTest, NearAxesOnARangeIncludesEndsAndWrapsThroughZero) {
+    struct Case {
+        double first, second, angle;
+        geometric::Direction direction;
+        bool inside;
+    };
+    const Case cases[] = {
+        {170.0, 10.0, 175.0, HORIZONTAL_DIRECTION, true}, {170.0, 10.0, 5.0, HORIZONTAL_DIRECTION, true},
+        {170.0, 10.0, 170.0, HORIZONTAL_DIRECTION, true}, {170.0, 10.0, 10.0, HORIZONTAL_DIRECTION, true},
+        {170.0, 10.0, 90.0, HORIZONTAL_DIRECTION, false}, {170.0, 90.0, 90.0, HORIZONTAL_DIRECTION, true},
+        {30.0, 10.0, 20.0, HORIZONTAL_DIRECTION, true},   {30.0, 10.0, 31.0, HORIZONTAL_DIRECTION, false},
+        {10.0, 30.0, 20.0, HORIZONTAL_DIRECTION, false},  {95.0, 85.0, 90.0, VERTICAL_DIRECTION, true},
+        {85.0, 95.0, 95.0, VERTICAL_DIRECTION, true},     {85.0, 95.0, 95.5, VERTICAL_DIRECTION, false},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(LineAngleComparator::is_near_coordinate_axes(c.first, c.second, c.angle, c.direction), c.inside)
+            << c.first << ", " << c.second << ": " << c.angle;
+    }
+}
+
+TEST(LineAngleComparatorTest, StandardDeviationIgnoresTheWrap) {
+    EXPECT_DOUBLE_EQ(LineAngleComparator::calculate_angle_standard_derivation({}), 0.0);
+    EXPECT_DOUBLE_EQ(LineAngleComparator::calculate_angle_standard_derivation({line_at(30.0)}), 0.0);
+    // 1 and 179 are 2 degrees apart as directions, yet deviate by 178 / sqrt(2).
+    EXPECT_NEAR(LineAngleComparator::calculate_angle_standard_derivation({line_at(1.0), line_at(179.0)}),
+                178.0 / std::sqrt(2.0), 1e-9);
+    // Divisor n - 1: angles 0, 90 (vertical), 0 deviate by sqrt(2700).
+    EXPECT_NEAR(LineAngleComparator::calculate_angle_standard_derivation(
+                    {GeolineBase(0.0, -1.0, 1.0), kVertical, GeolineBase(0.0, -1.0, 2.0)}),
+                std::sqrt(2700.0), 1e-9);
+}
+
+TEST(LineAngleComparatorTest, VerticalDisparityDifferenceReversesForOppositeLeans) {
+    struct Case {
+        double first, second, result;
+        bool same_side;
+    };
+    const Case cases[] = {{80.0, 100.0, 0.0, false}, {80.0, 95.0, 5.0, false}, {80.0, 85.0, 5.0, true},
+                          {100.0, 120.0, 20.0, true}, {90.0, 70.0, 20.0, true}};
+    for (const Case& c : cases) {
+        bool same_side = !c.same_side;
+        EXPECT_DOUBLE_EQ(LineAngleComparator::calculate_vertical_disparity_difference(c.first, c.second, same_side),
+                         c.result);
+        EXPECT_EQ(same_side, c.same_side) << c.first << ", " << c.second;
+    }
+    // The difference is rounded to float before the magnitude is taken.
+    bool same_side = false;
+    EXPECT_EQ(LineAngleComparator::calculate_vertical_disparity_difference(90.1, 90.3, same_side),
+              static_cast<double>(std::fabs(static_cast<float>((90.1 - 90.0) - (90.3 - 90.0)))));
+}
+
+}  // namespace
