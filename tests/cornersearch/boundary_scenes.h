@@ -1,0 +1,97 @@
+// Boundaries and arrays with answers known by construction, and a bitwise
+// comparison of two arrays' state.
+#ifndef MORVANE_TESTS_CORNERSEARCH_BOUNDARY_SCENES_H
+#define MORVANE_TESTS_CORNERSEARCH_BOUNDARY_SCENES_H
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "cornersearch/bounding_line.h"
+#include "cornersearch/bounding_line_array_wrapper.h"
+
+namespace boundary_scenes {
+
+using geometric::BoundingLinePosition;
+using geometric_test::BoundingLine;
+using geometric_test::BoundingLineArrayWrapper;
+
+// The line through two points in one of the two normal forms, with the two
+// points as its polyline.
+inline BoundingLine make_boundary(BoundingLinePosition position, int x1, int y1, int x2, int y2,
+                                  geometric::BoundingLineType type = geometric::REGULAR_BOUNDING_LINE) {
+    geometric::GeolineBasePoints<int> source;
+    if (x1 == x2) {
+        source.a = 1.0;
+        source.b = 0.0;
+        source.c = -x1;
+    } else {
+        source.a = static_cast<double>(y1 - y2) / (x1 - x2);
+        source.b = -1.0;
+        source.c = y2 - source.a * x2;
+    }
+    source.points = {geometric::Geocoordinate<int>(x1, y1), geometric::Geocoordinate<int>(x2, y2)};
+    return BoundingLine(position, source, type);
+}
+
+// An upright rectangle whose sides run exactly from corner to corner.
+struct Rectangle {
+    int left, top, right, bottom;
+};
+
+inline void place_rectangle(BoundingLineArrayWrapper& wrapper, const Rectangle& r) {
+    wrapper.boundaries[geometric::LEFT_BOUNDARY] = make_boundary(geometric::LEFT_BOUNDARY, r.left, r.top, r.left, r.bottom);
+    wrapper.boundaries[geometric::TOP_BOUNDARY] = make_boundary(geometric::TOP_BOUNDARY, r.left, r.top, r.right, r.top);
+    wrapper.boundaries[geometric::RIGHT_BOUNDARY] =
+        make_boundary(geometric::RIGHT_BOUNDARY, r.right, r.top, r.right, r.bottom);
+    wrapper.boundaries[geometric::BOTTOM_BOUNDARY] =
+        make_boundary(geometric::BOTTOM_BOUNDARY, r.left, r.bottom, r.right, r.bottom);
+}
+
+template <typename T>
+bool same_bits(const T& a, const T& b) {
+    return std::memcmp(&a, &b, sizeof(T)) == 0;
+}
+
+inline bool same_boundary(const BoundingLine& a, const BoundingLine& b) {
+    if (a.position != b.position || a.type != b.type || a.points.size() != b.points.size()) return false;
+    if (!same_bits(a.line.a, b.line.a) || !same_bits(a.line.b, b.line.b) || !same_bits(a.line.c, b.line.c)) return false;
+    for (std::size_t i = 0; i < a.points.size(); ++i) {
+        if (a.points[i].x != b.points[i].x || a.points[i].y != b.points[i].y) return false;
+    }
+    return true;
+}
+
+// Names the first field in which the two arrays differ, or is empty.
+inline std::string state_difference(const BoundingLineArrayWrapper& a, const BoundingLineArrayWrapper& b) {
+    if (a.boundaries.size() != b.boundaries.size()) return "boundary count";
+    for (std::size_t i = 0; i < a.boundaries.size(); ++i) {
+        if (!same_boundary(a.boundaries[i], b.boundaries[i])) return "boundary " + std::to_string(i);
+    }
+    if (a.vertices.size() != b.vertices.size()) return "vertex count";
+    for (std::size_t i = 0; i < a.vertices.size(); ++i) {
+        if (!same_bits(a.vertices[i].x, b.vertices[i].x) || !same_bits(a.vertices[i].y, b.vertices[i].y)) {
+            return "vertex " + std::to_string(i);
+        }
+    }
+    if (a.confidences.size() != b.confidences.size()) return "confidence count";
+    for (std::size_t i = 0; i < a.confidences.size(); ++i) {
+        if (!same_bits(a.confidences[i], b.confidences[i])) return "confidence " + std::to_string(i);
+    }
+    if (!same_bits(a.gray_failures, b.gray_failures)) return "gray_failures";
+    if (a.is_four_boundary_examined != b.is_four_boundary_examined) return "is_four_boundary_examined";
+    if (a.width != b.width || a.height != b.height) return "size";
+    return "";
+}
+
+// Which of slots 0 to 3 are valid, as four characters: "LTRB" with '-' for empty.
+inline std::string valid_slots(const BoundingLineArrayWrapper& wrapper) {
+    const char names[] = "LTRB";
+    std::string result;
+    for (int k = 0; k < 4; ++k) result += wrapper.boundaries[k].is_valid() ? names[k] : '-';
+    return result;
+}
+
+}  // namespace boundary_scenes
+
+#endif
