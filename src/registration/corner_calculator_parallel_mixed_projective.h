@@ -14,11 +14,13 @@ public:
     CornerCalculatorParallelMixedProjective(int width_, int height_) : width(width_), height(height_) {}
 
     // `direction` names the family that has the vanishing `point`; the other
-    // family is parallel at `angle` degrees. Lines from the point through the
-    // enclosing image corners and lines at the angle through the opposite
-    // corners meet in the four corners, top-left first; false when the point
-    // gives no enclosing pair, leaving `corners` alone.
-    // Not built yet: answers false.
+    // family is parallel at `angle` degrees. The point's reference pair gives
+    // the sides from the point; the other pair passes at the angle through
+    // (0, 0) and (w', h') when the angle is above 90, otherwise through
+    // (w', 0) and (0, h') for the horizontal sides, (0, h') and (w', 0) for the
+    // vertical ones, so that the image lies between them. Corners top-left
+    // first; false when the point's zone gives no enclosing pair (or two
+    // neighbouring sides are parallel), leaving `corners` alone.
     bool estimate_mixed_virtual_corners(Direction direction, const Geocoordinate<double>& point,
                                         std::vector<Geocoordinate<float>>& corners, float angle);
 

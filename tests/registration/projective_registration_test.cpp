@@ -5,6 +5,9 @@
 #include <vector>
 
 #include "common/basic_image.h"
+#include "registration/corner_calculator_parallel.h"
+#include "registration/corner_calculator_parallel_mixed_projective.h"
+#include "registration/corner_calculator_projective.h"
 #include "registration/projective_registration.h"
 
 using namespace geometric;
@@ -236,8 +239,8 @@ TEST(ProjectiveRegistration, VirtualCornerExaminationTable) {
         {"in proportion, one parallel direction", rectangle(100, 100), {false, true, false, false}, true, 1,
          {false, true, false, false}},
         {"convex, 13 degrees at corner 1", kSharpAtOne, kBothVp, false, -7, kBothVp},
-        // One direction dropped, one left: the corners are made again from it
-        // (no calculator answers yet, so the remake fails).
+        // One direction dropped, one left: the corners are made again from it;
+        // the point left at (0, 0) lies inside the image, so the remake fails.
         {"width out of proportion, horizontal remains", rectangle(251, 100), kBothVp, false, kUnchanged,
          {true, false, false, false}},
         {"both out of proportion", rectangle(300, 300), kBothVp, false, -7, kNone},
@@ -314,4 +317,110 @@ TEST(ProjectiveRegistration, EdgeSearchWithFourLinesAddsNone) {
     EXPECT_TRUE(r.perform_edge_corner_searching());
     EXPECT_EQ(r.bounding_lines.size(), 4u);
     EXPECT_EQ(r.bounding_line_property.left_index, -1);
+}
+
+namespace {
+
+void expect_same_corners(const Corners& actual, const Corners& expected, const char* what) {
+    ASSERT_EQ(actual.size(), expected.size()) << what;
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(actual[i].x, expected[i].x) << what << " corner " << i;
+        EXPECT_EQ(actual[i].y, expected[i].y) << what << " corner " << i;
+    }
+}
+
+}  // namespace
+
+TEST(ProjectiveRegistration, TransformChoosesTheCalculatorByFlagsAndOutput) {
+    const int w = 640, h = 480;
+    common::BasicImage image(h, w, common::GRAY);
+    const Geocoordinate<double> horizontal_point(3333.0, 200.0), vertical_point(300.0, 2375.0);
+    Corners expected;
+    struct Case {
+        const char* what;
+        Flags flags;
+        RegistrationOutputType output;
+    };
+    const Case cases[] = {
+        {"two vanishing points", kBothVp, REGISTRATION_TWO_VANISHING_POINTS},
+        {"horizontal point only", {true, false, false, false}, REGISTRATION_ONE_VANISHING_POINT},
+        {"vertical point only", {false, false, true, false}, REGISTRATION_ONE_VANISHING_POINT},
+        {"mixed, horizontal point", {true, false, false, true}, REGISTRATION_MIXED_DIRECTIONS},
+        {"mixed, vertical point", {false, true, true, false}, REGISTRATION_MIXED_DIRECTIONS},
+        {"two slanted parallel directions", {false, true, false, true}, REGISTRATION_TWO_PARALLEL_DIRECTIONS},
+        {"one parallel direction", {false, false, false, true}, REGISTRATION_ONE_PARALLEL_DIRECTION},
+    };
+    for (const Case& c : cases) {
+        TestRegistration r(&image);
+        set_flags(r.vanishing_points, c.flags);
+        r.vanishing_points.horizontal_point = horizontal_point;
+        r.vanishing_points.vertical_point = vertical_point;
+        r.vanishing_points.horizontal.angle = 4.0f;
+        r.vanishing_points.vertical.angle = 93.0f;
+        r.registration_output = c.output;
+        ASSERT_TRUE(r.transform_vp_2_vc()) << c.what;
+
+        const VanishingPointHorVerInfo& v = r.vanishing_points;
+        if (!v.horizontal.has_vanishing_point && !v.vertical.has_vanishing_point) {
+            CornerCalculatorParallel(w, h).estimate_parallel_virtual_corners(
+                v.horizontal.is_parallel, v.vertical.is_parallel, 4.0f, 93.0f, expected);
+        } else if (c.output == REGISTRATION_MIXED_DIRECTIONS) {
+            CornerCalculatorParallelMixedProjective mixed(w, h);
+            if (v.horizontal.has_vanishing_point)
+                mixed.estimate_mixed_virtual_corners(HORIZONTAL_DIRECTION, horizontal_point, expected, 93.0f);
+            else
+                mixed.estimate_mixed_virtual_corners(VERTICAL_DIRECTION, vertical_point, expected, 4.0f);
+        } else {
+            CornerCalculatorProjective(w, h).estimate_virtual_corners(horizontal_point, vertical_point,
+                                                                     v.horizontal.has_vanishing_point,
+                                                                     v.vertical.has_vanishing_point, expected);
+        }
+        expect_same_corners(r.corners, expected, c.what);
+
+        // The corners pass their examination and keep the image's proportions.
+        r.para.use_edge_corners = false;
+        EXPECT_TRUE(r.obtain_corners()) << c.what;
+        EXPECT_EQ(r.registration_output, REGISTRATION_TWO_VANISHING_POINTS) << c.what;
+        EXPECT_TRUE(flags_of(r.vanishing_points) == c.flags) << c.what;
+    }
+}
+
+TEST(ProjectiveRegistration, VirtualCornersRemadeFromTheDirectionThatRemains) {
+    // 100 wide, 400 high. The vertical point sits just above the image, so the
+    // left and right sides fan out to a bottom far wider than the image while
+    // keeping angles above 23 degrees; the horizontal point is far to the left.
+    common::BasicImage image(400, 100, common::GRAY);
+    TestRegistration r(&image);
+    set_flags(r.vanishing_points, kBothVp);
+    r.vanishing_points.horizontal_point = Geocoordinate<double>(-1e6, 200.0);
+    r.vanishing_points.vertical_point = Geocoordinate<double>(49.5, -25.0);
+    r.registration_output = REGISTRATION_TWO_VANISHING_POINTS;
+    r.para.use_edge_corners = false;
+
+    ASSERT_TRUE(r.obtain_corners());
+    EXPECT_TRUE(flags_of(r.vanishing_points) == (Flags{true, false, false, false}));
+    // The second transform is not examined again, and does not set the output.
+    EXPECT_EQ(r.registration_output, REGISTRATION_TWO_VANISHING_POINTS);
+    Corners expected;
+    CornerCalculatorProjective(100, 400).estimate_horizontal_virtual_corners(r.vanishing_points.horizontal_point,
+                                                                             expected);
+    expect_same_corners(r.corners, expected, "horizontal point only");
+    EXPECT_EQ(r.corners[0].x, 0.0f);
+    EXPECT_EQ(r.corners[1].x, 99.0f);
+
+    // The size measured before the remake belongs to the fanned-out corners.
+    EXPECT_GT(ProjectiveRegistration::calculate_size_ratio(r.output_width, 100), r.para.maximum_size_ratio);
+}
+
+TEST(ProjectiveRegistration, VirtualCornersFromAPointInsideTheImageAreRefused) {
+    common::BasicImage image(100, 100, common::GRAY);
+    TestRegistration r(&image);
+    set_flags(r.vanishing_points, kBothVp);
+    r.vanishing_points.horizontal_point = Geocoordinate<double>(50.0, 50.0);
+    r.vanishing_points.vertical_point = Geocoordinate<double>(50.0, -500.0);
+    r.registration_output = REGISTRATION_TWO_VANISHING_POINTS;
+    r.para.use_edge_corners = false;
+    EXPECT_FALSE(r.obtain_corners());
+    EXPECT_EQ(r.registration_output, REGISTRATION_NO_GEOMETRY);
+    EXPECT_TRUE(r.corners.empty());
 }
