@@ -139,7 +139,10 @@ int run(int argc, char** argv) {
     int exit_code = kExitPageWritten;
     for (std::size_t i = 0; i < jobs.size(); ++i) {
         const JobReport report = run_job(jobs[i], options);
-        if (report.exit_code > exit_code) exit_code = report.exit_code;
+        // With --corners-only the line is the answer, a page or null: the
+        // scripts that read it take any other exit code than 0 for a failure.
+        const bool answered = options.corners_only && report.exit_code == kExitNoPage;
+        if (!answered && report.exit_code > exit_code) exit_code = report.exit_code;
         if (report.exit_code == kExitUsageOrFile) {
             std::cout.flush();
             std::cerr << "morvane-scan: " << report.error << "\n";
