@@ -308,6 +308,43 @@ TEST(ProjectiveRegistration, EdgeSearchFillsMissingSidesWithImageBorders) {
     EXPECT_EQ(p.bottom_index, 3);
     EXPECT_EQ(p.vertical_lines, (std::vector<int>{1, 2}));
     EXPECT_EQ(p.horizontal_lines, (std::vector<int>{0, 3}));
+
+    // The corners are where the found top line and the borders cross.
+    ASSERT_EQ(r.corners.size(), 4u);
+    const float expected_corners[4][2] = {{0, 5}, {119, 6.19f}, {119, 79}, {0, 79}};
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_NEAR(r.corners[i].x, expected_corners[i][0], 1e-4f) << i;
+        EXPECT_NEAR(r.corners[i].y, expected_corners[i][1], 1e-4f) << i;
+    }
+}
+
+TEST(ProjectiveRegistration, EdgeCornersFromFourFoundLines) {
+    // A frame slightly smaller than the 120 x 80 image, its top tilted.
+    common::BasicImage image(80, 120, common::GRAY);
+    TestRegistration r(&image);
+    const GeolineBase sides[4] = {GeolineBase(1, 0, -4), GeolineBase(0.05, -1, 3), GeolineBase(1, 0, -115),
+                                  GeolineBase(0, -1, 76)};
+    const BoundingLinePosition positions[4] = {LEFT_BOUNDARY, TOP_BOUNDARY, RIGHT_BOUNDARY, BOTTOM_BOUNDARY};
+    for (int i = 0; i < 4; ++i) {
+        BoundingLine line;
+        line.position = positions[i];
+        line.line = sides[i];
+        r.bounding_lines.push_back(line);
+    }
+    r.bounding_line_property.left_index = 0;
+    r.bounding_line_property.top_index = 1;
+    r.bounding_line_property.right_index = 2;
+    r.bounding_line_property.bottom_index = 3;
+    set_flags(r.vanishing_points, kBothVp);
+    ASSERT_TRUE(r.obtain_corners());
+    ASSERT_EQ(r.corners.size(), 4u);
+    const float expected[4][2] = {{4, 3.2f}, {115, 8.75f}, {115, 76}, {4, 76}};
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_NEAR(r.corners[i].x, expected[i][0], 1e-4f) << i;
+        EXPECT_NEAR(r.corners[i].y, expected[i][1], 1e-4f) << i;
+    }
+    EXPECT_EQ(r.output_width, 112);  // (111.14 + 111) / 2 + 1.5, truncated
+    EXPECT_EQ(r.bounding_lines.size(), 4u);
 }
 
 TEST(ProjectiveRegistration, EdgeSearchWithFourLinesAddsNone) {
