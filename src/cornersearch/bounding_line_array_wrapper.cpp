@@ -122,15 +122,19 @@ void BoundingLineArrayWrapper::calculate_vertex() {
     }
 }
 
-bool BoundingLineArrayWrapper::is_large_polygon() const {
+float BoundingLineArrayWrapper::polygon_area(std::size_t start) const {
+    if (vertices.size() < start + 4) return 0.0f;
     float sum = 0.0f;
-    for (int k = 0; k < 4; ++k) {
-        const Geocoordinate<float>& p = vertices[k];
-        const Geocoordinate<float>& q = vertices[(k + 1) % 4];
+    for (std::size_t k = 0; k < 4; ++k) {
+        const Geocoordinate<float>& p = vertices[start + k];
+        const Geocoordinate<float>& q = vertices[start + (k + 1) % 4];
         sum += p.x * q.y - q.x * p.y;
     }
-    const float area = std::fabs(sum * 0.5f);
-    const float ratio = area / static_cast<float>(width * height);
+    return std::fabs(sum * 0.5f);
+}
+
+bool BoundingLineArrayWrapper::is_large_polygon() const {
+    const float ratio = polygon_area(0) / static_cast<float>(width * height);
     return !(0.1 > ratio);
 }
 

@@ -5,7 +5,9 @@
 // The class is split across sources: bounding_line_array_wrapper.cpp holds
 // the state and the measures that leave the set as it is;
 // bounding_line_array_repairs.cpp the predicates that clear the boundary at
-// fault when they fail; the updating and combining operations follow them.
+// fault when they fail; bounding_line_array_examination.cpp the grey test and
+// the decisions whether a set is a page; bounding_line_array_updating.cpp how
+// lines enter the set, are rolled back, and how candidate sets combine.
 #ifndef MORVANE_CORNERSEARCH_BOUNDING_LINE_ARRAY_WRAPPER_H
 #define MORVANE_CORNERSEARCH_BOUNDING_LINE_ARRAY_WRAPPER_H
 
@@ -157,7 +159,80 @@ public:
     // vanishing point. Flags no step names stay as they came in.
     void obtain_vanishing_points(geometric::VanishingPointHorVerInfo& info) const;
 
+    // ---- is it a page? ----
+    // Four valid boundaries that pass, in order, the corner angles, the
+    // segment ends at the vertices, the top and bottom angle, the distances of
+    // opposite pairs and the grey test. A small polygon (under a tenth of the
+    // image) passes unless `keep_small_polygon`, which sets it aside as a
+    // candidate instead and answers false. Failed tests may clear a boundary.
+    bool is_four_boundaries_ready(bool keep_small_polygon, bool strict_gray);
+    // Two boundaries that meet (at least one of each family) and pass the
+    // corner angle, distance, corner and grey tests.
+    bool is_cross_boundaries_ready();
+    // Exactly one valid boundary whose grey disparity exceeds the limit: it
+    // is marked weak and the answer is true.
+    bool is_single_boundary_ready();
+
+    // The page must be brighter than what lies outside it. Samples 7 pixels
+    // either side of the boundary between its first two points, outside in the
+    // first list and inside in the second for left and top (the reverse for
+    // right and bottom); `disparity` is inside median - outside median, the
+    // median being element n / 2 of the sorted list. An invalid slot answers
+    // true with `disparity` as it came; an empty list gives 1000 and true.
+    // Otherwise true when `disparity` >= 1.
+    bool examine_gray_disparity(geometric::BoundingLinePosition position, int& disparity) const;
+    // Every valid boundary with |disparity| <= gray_disparity_limit fails;
+    // gray_failures counts them. Unless `strict`, a set whose top and bottom
+    // differ by at most 5 degrees is forgiven one failure (two when all four
+    // slots are valid) while confidences[0] >= 70. Otherwise the failing
+    // boundaries are cleared and the answer is false.
+    bool examine_gray_disparity(bool strict);
+
+    // ---- updating ----
+    // Offers one line for an empty slot. With three valid slots the line must
+    // complete a page; with two it must form a crossing pair, and the answer
+    // is false even then, as a third line can only improve the set. A line
+    // that does not help is rolled back: boundaries, vertices, confidences,
+    // counters and size are restored exactly. Any other count does nothing.
+    bool update_with_potential_boundary(BoundingLine& candidate, bool strict_gray);
+    // With exactly three valid slots, constructs the fourth through the ends
+    // of its two neighbours and tries it. On success the three real lines are
+    // kept as one candidate set and the constructed line, weak, as a set of
+    // its own, and the current slots are left empty.
+    bool update_with_three_available_boundaries();
+    // Puts a line into its slot by the replacement rule: an empty slot takes
+    // it; an occupied one keeps its line unless the new line lies further out
+    // or is clearly longer. True when the slot took the line.
+    bool place_boundary(const BoundingLine& line);
+
+    // ---- candidate sets ----
+    // Appends slots 0 to 3, the four current vertices and confidences[0] as a
+    // new candidate set, and clears the slots.
+    void keep_as_candidate_boundaries();
+    // Copies the first set (the current one included) with the most valid
+    // slots over slots 0 to 3; nothing without candidate sets.
+    void select_prominent_four_boundaries();
+    // Start indices of the candidate sets with four valid slots.
+    bool is_small_polygon_candiate_boundary_available(std::vector<int>& set_starts) const;
+    // The listed set of the largest vertex area (first of equals) replaces the
+    // current slots, vertices and confidence; answers its start + 3, or -1
+    // when none is listed.
+    int replace_with_small_polygon_candiate_boundary(const std::vector<int>& set_starts);
+    // Fills `slot` from sorted candidate lists of its own side and of the
+    // opposite side, skipping weak lines where a regular one is at hand.
+    // `position` names the slot's side and is not read.
+    void update_with_candiate_boundaries(BoundingLine& slot, geometric::BoundingLinePosition position,
+                                         std::vector<BoundingLine>& own_list,
+                                         std::vector<BoundingLine>& opposite_list);
+    // Merges every candidate set (and the previous wrapper's slots) into one
+    // answer: the outermost line of each side, border lines left out. With
+    // fewer than 12 entries (the current set and at most one candidate set)
+    // only the fullest set is taken, and the answer is false.
+    bool combine_multiple_candidate_boundaries();
+
 private:
+    // Shoelace area, in float, of the four vertices from `start` on.
+    float polygon_area(std::size_t start) const;
     BoundingLine& slot(geometric::BoundingLinePosition position) { return boundaries[position]; }
     const BoundingLine& slot(geometric::BoundingLinePosition position) const { return boundaries[position]; }
     double& current_confidence();

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "common/basic_image.h"
 #include "cornersearch/bounding_line.h"
 #include "cornersearch/bounding_line_array_wrapper.h"
 
@@ -46,6 +47,19 @@ inline void place_rectangle(BoundingLineArrayWrapper& wrapper, const Rectangle& 
         make_boundary(geometric::RIGHT_BOUNDARY, r.right, r.top, r.right, r.bottom);
     wrapper.boundaries[geometric::BOTTOM_BOUNDARY] =
         make_boundary(geometric::BOTTOM_BOUNDARY, r.left, r.bottom, r.right, r.bottom);
+}
+
+// A gray image of `width` x `height`: a bright page (200) over the rectangle,
+// both edges included, on a dark background (30).
+inline common::BasicImage page_image(int width, int height, const Rectangle& page) {
+    common::BasicImage image(height, width, common::GRAY);
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const bool inside = x >= page.left && x <= page.right && y >= page.top && y <= page.bottom;
+            image.set_pixel(x, y, inside ? 200u : 30u);
+        }
+    }
+    return image;
 }
 
 template <typename T>
