@@ -100,9 +100,10 @@ MORVANE_API const char* morvane_get_sha(void);
  * corners: the page corners in input pixels, top-left, top-right,
  *          bottom-right, bottom-left; they may lie outside the image.
  * input:   the image to rectify; read in place, never changed or freed.
- *          Gray (channels 1), RGB (channels 3) or 1-bit (is_binary != 0);
- *          a four-channel image is warped on its first byte only and fails
- *          when the corners leave the image.
+ *          Gray (channels 1), RGB (channels 3) or 1-bit (is_binary != 0).
+ *          A four-channel image is accepted, but only the first byte of an
+ *          interpolated pixel is written (the other three keep what the
+ *          output buffer held), and it fails when the corners leave the image.
  * output:  allocated by the caller, of the width and height that
  *          obtain_output_image_dimension gives for these corners, and of the
  *          input's kind (same channels and is_binary). Rows follow each other

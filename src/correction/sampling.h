@@ -10,7 +10,7 @@
 namespace geometric {
 
 // Sampling methods; the value picks the member function of Sampling.
-enum InterpolationType {
+enum InterpolationType : int {
     INTERPOLATION_NEAREST = 0,       // sampling_nearest, margin 0
     INTERPOLATION_LINEAR = 1,        // sampling_linear, margin 1
     INTERPOLATION_BICUBIC = 2,       // sampling_bicubic, margin 2

@@ -20,29 +20,6 @@ struct Patch {
     unsigned char* at(int x, int y) { return bytes + (y * 4 + x) * bytes_per_pixel; }
 };
 
-TEST(Sampling, MarginAndLayoutFollowTheMethodAndType) {
-    struct Case {
-        common::ImageType type;
-        geometric::InterpolationType interpolation;
-        int margin, bytes_per_pixel, row_size;
-    };
-    const Case cases[] = {
-        {common::GRAY, geometric::INTERPOLATION_NEAREST, 0, 1, 10},
-        {common::GRAY, geometric::INTERPOLATION_LINEAR, 1, 1, 10},
-        {common::GRAY, geometric::INTERPOLATION_BICUBIC, 2, 1, 10},
-        {common::RGB, geometric::INTERPOLATION_COLOR, 2, 3, 30},
-        {common::RGB, geometric::INTERPOLATION_COLOR_LINEAR, 1, 3, 30},
-        {common::BGRA, geometric::INTERPOLATION_LINEAR, 1, 4, 40},
-    };
-    for (const Case& c : cases) {
-        const Sampling sampling(c.type, 10, c.interpolation);
-        EXPECT_EQ(sampling.get_margin(), c.margin) << c.interpolation;
-        EXPECT_EQ(sampling.get_bytes_per_pixel(), c.bytes_per_pixel) << c.type;
-        EXPECT_EQ(sampling.get_row_size(), c.row_size) << c.type;
-        EXPECT_FALSE(sampling.get_sampler().empty());
-    }
-}
-
 TEST(Sampling, UnknownMethodLeavesAnEmptySamplerThatThrows) {
     const Sampling sampling(common::GRAY, 10, static_cast<geometric::InterpolationType>(5));
     ASSERT_TRUE(sampling.get_sampler().empty());
