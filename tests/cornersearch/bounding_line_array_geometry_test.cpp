@@ -42,31 +42,6 @@ geometric::GeolineBase line_through(double x, double y, double degrees) {
     return geometric::GeolineBase(a, -1.0, y - a * x);
 }
 
-TEST(BoundingLineArrayTest, InitialisingAndClearingResetSlotsAndCounters) {
-    BoundingLineArrayWrapper wrapper = page_array();
-    wrapper.boundaries.push_back(make_boundary(geometric::TOP_BOUNDARY, 0, 5, 10, 5));
-    wrapper.gray_failures = 2.0f;
-    wrapper.is_four_boundary_examined = true;
-    wrapper.vertices[2] = Geocoordinate<float>(3.0f, 4.0f);
-
-    BoundingLineArrayWrapper current_only = wrapper;
-    current_only.clear_current_boundaries();
-    EXPECT_EQ(valid_slots(current_only), "----");
-    EXPECT_EQ(current_only.boundaries.size(), 5u);  // the candidate stays
-    EXPECT_FLOAT_EQ(current_only.vertices[2].x, 3.0f);
-    EXPECT_EQ(current_only.gray_failures, 0.0f);
-    EXPECT_FALSE(current_only.is_four_boundary_examined);
-
-    wrapper.clear();
-    EXPECT_EQ(wrapper.boundaries.size(), 4u);
-    EXPECT_EQ(valid_slots(wrapper), "----");
-    ASSERT_EQ(wrapper.vertices.size(), 4u);
-    EXPECT_FLOAT_EQ(wrapper.vertices[2].x, 0.0f);
-    EXPECT_EQ(wrapper.gray_failures, 0.0f);
-    EXPECT_TRUE(wrapper.are_four_boundaries_invalid());
-    EXPECT_FALSE(wrapper.does_cross_boundary_exist());
-}
-
 TEST(BoundingLineArrayTest, PerfectRectangleFormsAPage) {
     BoundingLineArrayWrapper wrapper = page_array();
     wrapper.calculate_vertex();
@@ -324,28 +299,6 @@ TEST(BoundingLineArrayTest, TrustAsPreviousWrapperNeedsThreeRegularBoundariesWit
         EXPECT_EQ(wrapper.can_be_trusted_as_previous_wrapper(), c.trusted)
             << c.cleared << " " << c.weak << " " << c.gray_failures;
     }
-}
-
-TEST(BoundingLineArrayTest, ExtremesAndBoundingBox) {
-    BoundingLineArrayWrapper empty(1000, 1000);
-    EXPECT_EQ(empty.vertical_left_most_x(), -1);
-    EXPECT_EQ(empty.vertical_right_most_x(), 10000);
-    EXPECT_EQ(empty.horizontal_top_most_y(), -1);
-    EXPECT_EQ(empty.horizontal_bottom_most_y(), 10000);
-
-    BoundingLineArrayWrapper wrapper = page_array();
-    wrapper.boundaries[geometric::LEFT_BOUNDARY] = make_boundary(geometric::LEFT_BOUNDARY, 120, 100, 90, 800);
-    wrapper.boundaries[geometric::BOTTOM_BOUNDARY] = make_boundary(geometric::BOTTOM_BOUNDARY, 100, 790, 900, 830);
-    EXPECT_EQ(wrapper.vertical_left_most_x(), 90);
-    EXPECT_EQ(wrapper.vertical_right_most_x(), 900);
-    EXPECT_EQ(wrapper.horizontal_top_most_y(), 100);
-    EXPECT_EQ(wrapper.horizontal_bottom_most_y(), 830);
-    geometric::Geobox<int> box{500, 500, 500, 500};
-    wrapper.obtain_bounding_box(box);
-    EXPECT_EQ(box.left, 90);
-    EXPECT_EQ(box.right, 900);
-    EXPECT_EQ(box.top, 100);
-    EXPECT_EQ(box.bottom, 830);
 }
 
 TEST(BoundingLineArrayTest, SuperiorAndInferiorBoundariesAtTies) {

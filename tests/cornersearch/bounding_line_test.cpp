@@ -114,18 +114,6 @@ TEST(BoundingLinesTest, QuadrangleRunsLeftTopRightBottomAndAreaIgnoresOrientatio
     EXPECT_TRUE(lines.is_bounding_box_corner_feasible({{10, 20}, {110, 20}, {110, 80}, {10, 80}}));
 }
 
-TEST(BoundingLinesTest, ParallelSidesLeaveTheirCornerAsItWas) {
-    BoundingLines lines = rectangle_lines();
-    lines.lines[2].line = geometric::GeolineBase(1.0, 0.0, -50.0);  // "top" parallel to left and right
-    ASSERT_EQ(lines.initialize(), 0);
-    std::vector<Geocoordinate<float>> corners(2, Geocoordinate<float>(-3.0f, -4.0f));
-    lines.obtain_quadrangle_vetex(corners);
-    EXPECT_FLOAT_EQ(corners[0].x, -3.0f);
-    EXPECT_FLOAT_EQ(corners[1].y, -4.0f);
-    EXPECT_FLOAT_EQ(corners[2].x, 110.0f);
-    EXPECT_FLOAT_EQ(corners[3].y, 80.0f);
-}
-
 TEST(BoundingLinesTest, SegmentEndsMayLieAtMostFiftyPixelsInsideTheCorner) {
     // Every line is y = x; its ends are (10, 10) and (100, 100).
     const geometric::BoundingLine line = record(geometric::TOP_BOUNDARY, 1.0, -1.0, 0.0, 10, 10, 100, 100);
