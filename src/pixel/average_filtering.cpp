@@ -1,0 +1,316 @@
+// Box means of gray images: mirror padding, the rolling summed-area table,
+// the border strips of the native form and the rounding running-column form.
+#include "pixel/average_filtering.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+namespace geometric {
+
+namespace {
+
+const char* const kNotGray = "box filtering is defined for GRAY images only";
+const char* const kBadWindow = "box filtering needs a window of at least 1 by 1";
+const char* const kWindowTooLarge = "box filtering window is too large";
+
+// Windows up to this area keep every sum, rounded ones included, inside 32 bits.
+const int64_t kLargestArea = int64_t(1) << 22;
+
+// Index of the pixel that position i of a mirrored line of n pixels reads:
+// -1 reads 1 and n reads n - 2; padding wider than the line folds again.
+int mirror(int i, int n) {
+    if (n == 1) return 0;
+    const int period = 2 * (n - 1);
+    i %= period;
+    if (i < 0) i += period;
+    return i < n ? i : period - i;
+}
+
+// floor(n / d) for every n up to max_numerator through one multiplication:
+// with m = floor(2^shift / d) + 1 the product n * m / 2^shift exceeds n / d by
+// n * (m d - 2^shift) / (d 2^shift) <= n d / (d 2^shift), which is below 1 / d,
+// the least distance from n / d up to the next integer, once
+// max_numerator * d < 2^shift.
+class ExactDivisor {
+public:
+    ExactDivisor(uint32_t d, uint64_t max_numerator) : shift(0) {
+        while ((uint64_t(1) << shift) <= max_numerator * d) ++shift;
+        multiplier = (uint64_t(1) << shift) / d + 1;
+    }
+    uint32_t operator()(uint32_t n) const { return static_cast<uint32_t>((n * multiplier) >> shift); }
+
+private:
+    int shift;
+    uint64_t multiplier;
+};
+
+// The truncating mean sum / area.
+struct TruncatingMean {
+    explicit TruncatingMean(uint32_t area) : divide(area, 255u * uint64_t(area)) {}
+    unsigned char operator()(uint32_t sum) const { return static_cast<unsigned char>(divide(sum)); }
+    ExactDivisor divide;
+};
+
+// The mean rounded to nearest, halves up: (area + 2 sum) / (2 area).
+struct RoundingMean {
+    explicit RoundingMean(uint32_t area_) : area(area_), divide(2 * area_, 511u * uint64_t(area_)) {}
+    unsigned char operator()(uint32_t sum) const { return static_cast<unsigned char>(divide(area + 2 * sum)); }
+    uint32_t area;
+    ExactDivisor divide;
+};
+
+// Rows of a gray image: line 0 and the distance between lines.
+struct GrayRows {
+    const unsigned char* base;
+    int row_size;
+    const unsigned char* operator()(int y) const { return base + static_cast<ptrdiff_t>(y) * row_size; }
+};
+
+GrayRows rows_of(const common::Image& input) {
+    return GrayRows{input.get_height() > 0 ? input.get_line_pointer(0) : nullptr, input.get_row_size()};
+}
+
+void check_arguments(const common::Image& input, int window_x, int window_y) {
+    if (input.get_image_type() != common::GRAY) throw kNotGray;
+    if (window_x < 1 || window_y < 1) throw kBadWindow;
+    if (static_cast<int64_t>(window_x) * window_y > kLargestArea) throw kWindowTooLarge;
+}
+
+// Block of padded lines first_line.. and padded columns first_column.. of
+// the mirrored image: padded (column p, line q) is source (p - pad_x, q - pad_y)
+// reflected. target holds lines of `columns` bytes.
+void mirror_block(const common::Image& input, int pad_x, int pad_y, int first_column, int first_line, int columns,
+                  int lines, unsigned char* target) {
+    const GrayRows rows = rows_of(input);
+    const int width = input.get_width();
+    const int height = input.get_height();
+    for (int q = 0; q < lines; ++q) {
+        const unsigned char* source = rows(mirror(first_line + q - pad_y, height));
+        unsigned char* line = target + static_cast<ptrdiff_t>(q) * columns;
+        int p = 0;
+        // Inner columns are one block copy; only the reflected ends go pixel by pixel.
+        const int inner_begin = std::max(0, std::min(columns, pad_x - first_column));
+        const int inner_end = std::max(inner_begin, std::min(columns, pad_x + width - first_column));
+        for (; p < inner_begin; ++p) line[p] = source[mirror(first_column + p - pad_x, width)];
+        if (inner_end > inner_begin)
+            std::memcpy(line + inner_begin, source + (first_column + inner_begin - pad_x),
+                        static_cast<size_t>(inner_end - inner_begin));
+        for (p = inner_end; p < columns; ++p) line[p] = source[mirror(first_column + p - pad_x, width)];
+    }
+}
+
+// A fresh GRAY image of the given size, or false when memory runs out.
+bool allocate_gray(common::BasicImage& image, int height, int width) {
+    try {
+        common::BasicImage fresh(height, width, common::GRAY);
+        image.swap(fresh);
+        return true;
+    } catch (const std::string&) {
+        return false;
+    }
+}
+
+// The output of a failed run: no buffer.
+void leave_empty(common::BasicImage& output) {
+    common::BasicImage empty;
+    output.swap(empty);
+}
+
+// A malloc'd buffer that goes back to free at the end of the scope.
+template <typename T>
+struct ScratchBuffer {
+    explicit ScratchBuffer(size_t count) : data(static_cast<T*>(std::malloc(count * sizeof(T) + 1))) {}
+    ~ScratchBuffer() { std::free(data); }
+    ScratchBuffer(const ScratchBuffer&) = delete;
+    ScratchBuffer& operator=(const ScratchBuffer&) = delete;
+    T* data;
+};
+
+}  // namespace
+
+// Ring of window_y + 1 lines of the summed-area table, counted from the
+// block's line skip_y and column skip_x: line L of the table holds, at j, the
+// sum of the block lines skip_y..L-1 over columns skip_x..skip_x+j-1. The
+// window sum of target (c, t) is then the four-corner rule on the table lines
+// t + window_y and t. Totals wrap around 32 bits harmlessly: every window sum
+// fits, and differences of wrapped totals are exact.
+int AverageFiltering::perform_averaging(const unsigned char* padded, int padded_width, int padded_height,
+                                        unsigned char* target, int target_row, int target_height, int window_x,
+                                        int window_y, int skip_x, int skip_y) {
+    const int columns = std::min(padded_width - window_x + 1 - skip_x, target_row);
+    const int lines = std::min(padded_height - window_y + 1 - skip_y, target_height);
+    if (columns <= 0 || lines <= 0 || window_x < 1 || window_y < 1) return 0;
+    const int span = columns + window_x - 1;
+    const size_t table_row = static_cast<size_t>(span) + 1;
+    const int ring = window_y + 1;
+    ScratchBuffer<uint32_t> table(table_row * ring);
+    if (table.data == nullptr) return -1;
+    const TruncatingMean mean(static_cast<uint32_t>(window_x) * static_cast<uint32_t>(window_y));
+
+    std::memset(table.data, 0, table_row * sizeof(uint32_t));
+    const unsigned char* first = padded + static_cast<ptrdiff_t>(skip_y) * padded_width + skip_x;
+    for (int line = 0; line < lines + window_y - 1; ++line) {
+        // Table line line + 1 from table line line and the running sum of block line `line`.
+        const uint32_t* above = table.data + static_cast<size_t>(line % ring) * table_row;
+        uint32_t* below = table.data + static_cast<size_t>((line + 1) % ring) * table_row;
+        const unsigned char* source = first + static_cast<ptrdiff_t>(line) * padded_width;
+        uint32_t running = 0;
+        below[0] = 0;
+        for (int j = 0; j < span; ++j) {
+            running += source[j];
+            below[j + 1] = above[j + 1] + running;
+        }
+        const int t = line + 1 - window_y;
+        if (t < 0) continue;
+        const uint32_t* top = table.data + static_cast<size_t>(t % ring) * table_row;
+        unsigned char* out = target + static_cast<ptrdiff_t>(t) * target_row;
+        for (int c = 0; c < columns; ++c)
+            out[c] = mean(below[c + window_x] - below[c] - top[c + window_x] + top[c]);
+    }
+    return 0;
+}
+
+void AverageFiltering::use_summed_area_table(const common::Image& input, common::BasicImage& output, int window_x,
+                                             int window_y) {
+    check_arguments(input, window_x, window_y);
+    const int width = input.get_width();
+    const int height = input.get_height();
+    const int pad_x = window_x / 2;
+    const int pad_y = window_y / 2;
+    common::BasicImage result;
+    if (!allocate_gray(result, height, width)) return leave_empty(output);
+    if (width > 0 && height > 0) {
+        common::BasicImage padded;
+        if (!allocate_gray(padded, height + 2 * pad_y, width + 2 * pad_x)) return leave_empty(output);
+        mirror_block(input, pad_x, pad_y, 0, 0, padded.get_width(), padded.get_height(), padded.get_data());
+        if (perform_averaging(padded.get_data(), padded.get_width(), padded.get_height(), result.get_data(), width,
+                              height, window_x, window_y, 0, 0) != 0)
+            return leave_empty(output);
+    }
+    output.swap(result);
+}
+
+// The inner region (windows wholly inside) is averaged straight from the
+// image; the four border strips around it are mirrored one at a time into one
+// strip buffer, the top and bottom strips over the whole width, the left and
+// right ones over the inner lines. An image smaller than the window has no
+// inner region and goes the padded way.
+void AverageFiltering::use_native(const common::Image& input, common::BasicImage& output, int window_x,
+                                  int window_y) {
+    check_arguments(input, window_x, window_y);
+    const int width = input.get_width();
+    const int height = input.get_height();
+    if (width < window_x || height < window_y || input.get_row_size() != width)
+        return use_summed_area_table(input, output, window_x, window_y);
+    const int pad_x = window_x / 2;
+    const int pad_y = window_y / 2;
+    const int padded_width = width + 2 * pad_x;
+    // Output lines and columns whose window reaches past the bottom or right edge.
+    const int bottom_lines = window_y - pad_y - 1;
+    const int right_columns = window_x - pad_x - 1;
+    const int inner_lines = height - window_y + 1;
+
+    common::BasicImage result;
+    if (!allocate_gray(result, height, width)) return leave_empty(output);
+    unsigned char* out = result.get_data();
+    const size_t across = static_cast<size_t>(padded_width) * (std::max(pad_y, bottom_lines) + window_y - 1);
+    const size_t down = static_cast<size_t>(height) * (std::max(pad_x, right_columns) + window_x - 1);
+    ScratchBuffer<unsigned char> strip(std::max(across, down));
+    if (strip.data == nullptr) return leave_empty(output);
+
+    int failed = perform_averaging(rows_of(input)(0), width, height, out + static_cast<ptrdiff_t>(pad_y) * width + pad_x,
+                                   width, inner_lines, window_x, window_y, 0, 0);
+    if (pad_y > 0 && failed == 0) {
+        const int lines = pad_y + window_y - 1;
+        mirror_block(input, pad_x, pad_y, 0, 0, padded_width, lines, strip.data);
+        failed = perform_averaging(strip.data, padded_width, lines, out, width, pad_y, window_x, window_y, 0, 0);
+    }
+    if (bottom_lines > 0 && failed == 0) {
+        const int first = height - bottom_lines;
+        const int lines = bottom_lines + window_y - 1;
+        mirror_block(input, pad_x, pad_y, 0, first, padded_width, lines, strip.data);
+        failed = perform_averaging(strip.data, padded_width, lines, out + static_cast<ptrdiff_t>(first) * width, width,
+                                   bottom_lines, window_x, window_y, 0, 0);
+    }
+    // Side strips: padded lines pad_y..pad_y+height-1, the image's own lines.
+    unsigned char* inner_out = out + static_cast<ptrdiff_t>(pad_y) * width;
+    if (pad_x > 0 && failed == 0) {
+        const int columns = pad_x + window_x - 1;
+        mirror_block(input, pad_x, pad_y, 0, pad_y, columns, height, strip.data);
+        failed = perform_averaging(strip.data, columns, height, inner_out, width, inner_lines, window_x, window_y, 0, 0);
+    }
+    if (right_columns > 0 && failed == 0) {
+        const int first = width - right_columns;
+        const int columns = right_columns + window_x - 1;
+        mirror_block(input, pad_x, pad_y, first, pad_y, columns, height, strip.data);
+        failed = perform_averaging(strip.data, columns, height, inner_out + first, width, inner_lines, window_x,
+                                   window_y, 0, 0);
+    }
+    if (failed != 0) return leave_empty(output);
+    output.swap(result);
+}
+
+// Padded copy with window_y & ~1 extra lines reached through a table of line
+// pointers; column sums over window_y lines slide down the image, and a
+// window sum slides along each line, two additions an output.
+void AverageFiltering::use_opencv_algorithm(const common::Image& input, common::BasicImage& output, int window_x,
+                                            int window_y) {
+    check_arguments(input, window_x, window_y);
+    const int width = input.get_width();
+    const int height = input.get_height();
+    const int pad_x = window_x / 2;
+    const int pad_y = window_y / 2;
+    common::BasicImage result;
+    if (!allocate_gray(result, height, width)) return leave_empty(output);
+    if (width == 0 || height == 0) return output.swap(result);
+    const int padded_width = width + 2 * pad_x;
+    const int padded_height = height + (window_y & ~1);
+    common::BasicImage padded;
+    if (!allocate_gray(padded, padded_height, padded_width)) return leave_empty(output);
+    mirror_block(input, pad_x, pad_y, 0, 0, padded_width, padded_height, padded.get_data());
+    const int span = width + window_x - 1;
+    ScratchBuffer<const unsigned char*> line(static_cast<size_t>(padded_height));
+    ScratchBuffer<uint32_t> sums(static_cast<size_t>(span));
+    if (line.data == nullptr || sums.data == nullptr) return leave_empty(output);
+    for (int q = 0; q < padded_height; ++q) line.data[q] = padded.get_data() + static_cast<ptrdiff_t>(q) * padded_width;
+
+    const RoundingMean mean(static_cast<uint32_t>(window_x) * static_cast<uint32_t>(window_y));
+    std::memset(sums.data, 0, static_cast<size_t>(span) * sizeof(uint32_t));
+    for (int q = 0; q < window_y - 1; ++q)
+        for (int j = 0; j < span; ++j) sums.data[j] += line.data[q][j];
+    for (int y = 0; y < height; ++y) {
+        const unsigned char* entering = line.data[y + window_y - 1];
+        for (int j = 0; j < span; ++j) sums.data[j] += entering[j];
+        unsigned char* out = result.get_data() + static_cast<ptrdiff_t>(y) * width;
+        uint32_t sum = 0;
+        for (int j = 0; j < window_x - 1; ++j) sum += sums.data[j];
+        for (int x = 0; x < width; ++x) {
+            sum += sums.data[x + window_x - 1];
+            out[x] = mean(sum);
+            sum -= sums.data[x];
+        }
+        const unsigned char* leaving = line.data[y];
+        for (int j = 0; j < span; ++j) sums.data[j] -= leaving[j];
+    }
+    output.swap(result);
+}
+
+void AverageFiltering::sum_area_table(const unsigned char* source, int width, int height, unsigned char* target,
+                                      int window_x, int window_y) {
+    const int area = window_x * window_y;
+    for (int y = window_y / 2; y <= height - window_y + window_y / 2; ++y)
+        for (int x = window_x / 2; x <= width - window_x + window_x / 2; ++x) {
+            uint32_t sum = 0;
+            for (int i = 0; i < window_y; ++i) {
+                const unsigned char* line = source + static_cast<ptrdiff_t>(y - window_y / 2 + i) * width;
+                for (int j = 0; j < window_x; ++j) sum += line[x - window_x / 2 + j];
+            }
+            target[static_cast<ptrdiff_t>(y) * width + x] = static_cast<unsigned char>(sum / area);
+        }
+}
+
+}  // namespace geometric
