@@ -252,12 +252,7 @@ void BasicImage::reset(int height_, int width_, ImageType type, int x_res, int y
     } else if (data != nullptr) {
         std::memset(data, 0, static_cast<size_t>(size));
     }
-    height = height_;
-    width = width_;
-    row_size = row_size_of(type, width_);
-    x_resolution = x_res;
-    y_resolution = y_res;
-    image_type = type;
+    set_geometry(height_, width_, type, x_res, y_res);
     owns_data = true;
 }
 
@@ -265,13 +260,8 @@ void BasicImage::attach(unsigned char* data_, int height_, int width_, ImageType
     if (owns_data) std::free(data);
     data = data_;
     gray_data = nullptr;
-    height = height_;
-    width = width_;
-    row_size = row_size_of(type, width_);
+    set_geometry(height_, width_, type, x_res, y_res);
     data_size = height_ * row_size;
-    x_resolution = x_res;
-    y_resolution = y_res;
-    image_type = type;
     owns_data = false;
 }
 
@@ -315,6 +305,15 @@ unsigned BasicImage::obtain_brightest_color() const {
     return red | (green << 8) | (blue << 16);
 }
 
+void BasicImage::set_geometry(int height_, int width_, ImageType type, int x_res, int y_res) {
+    height = height_;
+    width = width_;
+    row_size = row_size_of(type, width_);
+    x_resolution = x_res;
+    y_resolution = y_res;
+    image_type = type;
+}
+
 void BasicImage::allocate_owned(int height_, int width_, ImageType type, int x_res, int y_res,
                                 const char* failure) {
     unsigned char* fresh = allocate_zeroed(buffer_size_of(height_, width_, type), failure);
@@ -322,12 +321,7 @@ void BasicImage::allocate_owned(int height_, int width_, ImageType type, int x_r
     data = fresh;
     data_size = height_ * row_size_of(type, width_);
     gray_data = nullptr;
-    height = height_;
-    width = width_;
-    row_size = row_size_of(type, width_);
-    x_resolution = x_res;
-    y_resolution = y_res;
-    image_type = type;
+    set_geometry(height_, width_, type, x_res, y_res);
     owns_data = true;
 }
 

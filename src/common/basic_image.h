@@ -90,6 +90,8 @@ public:
 
 private:
     void copy_rows_from(const Image& other);
+    // Dimensions, row size, resolutions and type; the buffer is the caller's business.
+    void set_geometry(int height, int width, ImageType type, int x_resolution, int y_resolution);
     // Becomes the owner of a fresh zero-filled buffer; throws failure when it cannot.
     void allocate_owned(int height, int width, ImageType type, int x_resolution, int y_resolution,
                         const char* failure);
