@@ -7,8 +7,11 @@
 #include <utility>
 #include <vector>
 
+#include "common/basic_image.h"
+#include "common/image.h"
 #include "components/binary_run.h"
 #include "textgeometry/geobox.h"
+#include "textgeometry/geocoordinate.h"
 
 namespace geometric {
 
@@ -34,6 +37,65 @@ public:
     BinaryConnectedComponent* get_first_element();
     // Tail of the chain, the mirror image of get_first_element.
     BinaryConnectedComponent* get_last_element();
+
+    // Gray levels of a blob and around it, integer means.
+    struct BlobNeighborForeBack {
+        int foreground;  // mean gray of the interior pixels
+        int all_pixels;  // mean gray of all pixels
+        int background;  // mean of the ring averages at the contour pixels
+    };
+    // What a blob costs to code: prediction errors, spread of its inside and
+    // of its surroundings, and how many contour pixels saw a background.
+    struct BlobNeighborCost {
+        double gradient_cost;
+        double foreground_cost;
+        double background_cost;
+        double background_count;
+    };
+
+    // The component features below follow next from the stroke on which
+    // they are called, except the box and the pixel count, which cover the
+    // whole chain. Called on a head, they describe the component.
+
+    // Pixel of the topmost recorded run: its start column and its line. The
+    // first stroke in next order wins among equals; without recorded runs
+    // the point is left alone.
+    void get_top_point(Geocoordinate<int>& point) const;
+    // Union of the boxes of the whole chain, in both directions.
+    Geobox<int> get_bounding_box() const;
+    // Pixels of the whole chain, in both directions.
+    unsigned count_pixel() const;
+    // 1 plus the number of next links behind this stroke.
+    int count_stroke() const;
+    // Sets (draw) or clears (undraw) the bits of every run in a BINARY image.
+    void draw_blob_image(common::BasicImage& image) const;
+    void undraw_blob_image(common::BasicImage& image) const;
+    // Writes value into a GRAY image factor times larger: a run (start, end)
+    // of line y covers lines y * factor .. y * factor + factor - 1 and columns
+    // start * factor .. end * factor + factor - 1, clipped to the image.
+    void draw_blob_image(common::BasicImage& image, int value, int factor) const;
+    // True as soon as one run meets a set bit of the BINARY image.
+    bool is_thick_blob(const common::Image& image) const;
+    // Appends x and y of every pixel, run by run.
+    void get_element_coordinates(std::vector<int>& xs, std::vector<int>& ys) const;
+    // Outer contour by a Moore-neighbour trace from the top point, clockwise
+    // in image terms. A contour that came back to its start more than once
+    // repeats the start at its end. Without keep_all, points whose image x or
+    // y equals 1 are left out, which is how the page-edge work drops points
+    // lying on a one-pixel frame.
+    void get_boundary(std::vector<int>& xs, std::vector<int>& ys, bool keep_all) const;
+    // Gray means of the blob in gray: a pixel with a clear 8-neighbour in
+    // binary is a contour pixel and contributes the mean of the clear pixels
+    // of dilated on the ring of radius window / 2 around it (when that ring
+    // has any); other pixels are interior. The three images share one size.
+    void fore_back_neighbor(const common::Image& binary, const common::Image& dilated, const common::Image& gray,
+                            int window, BlobNeighborForeBack& result) const;
+    // Coding cost of the blob against the means of fore_back_neighbor; adds
+    // to cost.gradient_cost, sets the other three fields (background_cost
+    // only when a contour pixel saw a background). Answers the count of such
+    // contour pixels.
+    double compression_cost(const common::Image& binary, const common::Image& dilated, const common::Image& gray,
+                            int window, const BlobNeighborForeBack& means, BlobNeighborCost& cost) const;
 
     BinaryConnectedComponent* previous;
     BinaryConnectedComponent* next;

@@ -1,0 +1,267 @@
+// Features of one component: chain-wide box and size, the top point, drawing,
+// the contour trace with its closing and frame rules, and the gray measures.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "common/basic_image.h"
+#include "components/binary_connected_component.h"
+#include "components/connected_component_calculator.h"
+#include "binary_test_image.h"
+
+using test_support::binary_from_text;
+
+using namespace geometric;
+
+namespace {
+
+typedef BinaryConnectedComponent Stroke;
+typedef std::vector<std::pair<int, int>> Points;
+
+std::vector<Stroke*> heads_of(ConnectedComponentCalculator& calculator) {
+    std::vector<Stroke*> heads;
+    for (Stroke& head : calculator) heads.push_back(&head);
+    return heads;
+}
+
+Points boundary_of(const Stroke& head, bool keep_all) {
+    std::vector<int> xs, ys;
+    head.get_boundary(xs, ys, keep_all);
+    Points points;
+    for (size_t i = 0; i < xs.size(); ++i) points.emplace_back(xs[i], ys[i]);
+    return points;
+}
+
+// The contour of the only component of a drawn image.
+Points single_contour(const std::vector<std::string>& text, bool keep_all) {
+    const common::BasicImage image = binary_from_text(text);
+    ConnectedComponentCalculator calculator;
+    calculator.formulate_connected_components(image);
+    const std::vector<Stroke*> heads = heads_of(calculator);
+    EXPECT_EQ(heads.size(), 1u);
+    return boundary_of(*heads[0], keep_all);
+}
+
+}  // namespace
+
+TEST(BinaryComponentFeatures, ContourTraceAndItsClosingRule) {
+    struct Case {
+        const char* what;
+        std::vector<std::string> text;
+        Points expected;
+    };
+    const std::vector<Case> cases = {
+        {"one pixel: one point, no closing point", {"....", "..#.", "...."}, {{2, 1}}},
+        // Forward and back: the start is met once, so it is not repeated.
+        {"horizontal bar", {".....", ".###.", "....."}, {{1, 1}, {2, 1}, {3, 1}, {2, 1}}},
+        {"square walked clockwise",
+         {".....", ".###.", ".###.", ".###.", "....."},
+         {{1, 1}, {2, 1}, {3, 1}, {3, 2}, {3, 3}, {2, 3}, {1, 3}, {1, 2}}},
+        // The start joins two lobes and is passed twice: it closes the contour.
+        {"start between two lobes", {".#.", "#.#"}, {{1, 0}, {2, 1}, {0, 1}, {1, 0}}},
+    };
+    for (const Case& c : cases) EXPECT_EQ(single_contour(c.text, true), c.expected) << c.what;
+}
+
+TEST(BinaryComponentFeatures, ContourWithoutKeepAllDropsPointsAtXOrYOne) {
+    // Points at x == 1 or y == 1 go, those at 0 stay: the rule is about the
+    // frame one pixel in, in image coordinates.
+    EXPECT_EQ(single_contour({".....", ".###.", ".###.", ".###.", "....."}, false),
+              (Points{{3, 2}, {3, 3}, {2, 3}}));
+    EXPECT_EQ(single_contour({"##..", "##..", "...."}, false), (Points{{0, 0}}));
+    EXPECT_EQ(single_contour({"##..", "##..", "...."}, true), (Points{{0, 0}, {1, 0}, {1, 1}, {0, 1}}));
+}
+
+TEST(BinaryComponentFeatures, ChainWideBoxAndPixelsButStrokesCountedForward) {
+    // A "Y" from above: the second lower run opens a stroke that heads the chain.
+    const common::BasicImage image = binary_from_text({"#####..", "#...#..", "#...#.#"});
+    ConnectedComponentCalculator calculator;
+    calculator.formulate_connected_components(image);
+    const std::vector<Stroke*> heads = heads_of(calculator);
+    ASSERT_EQ(heads.size(), 2u);
+    Stroke* head = heads[0];
+    ASSERT_NE(head->next, nullptr);
+    Stroke* behind = head->next;
+    EXPECT_EQ(head->count_stroke(), 2);
+    EXPECT_EQ(behind->count_stroke(), 1);
+    EXPECT_EQ(head->count_pixel(), 9u);
+    EXPECT_EQ(behind->count_pixel(), 9u);
+    for (const Stroke* s : {static_cast<const Stroke*>(head), static_cast<const Stroke*>(behind)}) {
+        const Geobox<int> box = s->get_bounding_box();
+        EXPECT_EQ(box.left, 0);
+        EXPECT_EQ(box.right, 4);
+        EXPECT_EQ(box.top, 0);
+        EXPECT_EQ(box.bottom, 2);
+    }
+    // The head's own run starts on line 1; the stroke behind it is higher.
+    Geocoordinate<int> top(-5, -5);
+    head->get_top_point(top);
+    EXPECT_EQ(top.x, 0);
+    EXPECT_EQ(top.y, 0);
+    std::vector<int> xs, ys;
+    head->get_element_coordinates(xs, ys);
+    EXPECT_EQ(xs, (std::vector<int>{4, 4, 0, 1, 2, 3, 4, 0, 0}));
+    EXPECT_EQ(ys, (std::vector<int>{1, 2, 0, 0, 0, 0, 0, 1, 2}));
+}
+
+TEST(BinaryComponentFeatures, DrawUndrawAndScaledDraw) {
+    const std::vector<std::string> text = {"##....###", "........#", "#########"};
+    const common::BasicImage image = binary_from_text(text);
+    ConnectedComponentCalculator calculator;
+    calculator.formulate_connected_components(image);
+    common::BasicImage drawn(image.get_height(), image.get_width(), common::BINARY);
+    for (Stroke& head : calculator) head.draw_blob_image(drawn);
+    common::BasicImage erased(image);
+    for (Stroke& head : calculator) head.undraw_blob_image(erased);
+    for (int y = 0; y < image.get_height(); ++y) {
+        for (int x = 0; x < image.get_width(); ++x) {
+            EXPECT_EQ(drawn.get_pixel(x, y), image.get_pixel(x, y)) << x << "," << y;
+            EXPECT_EQ(erased.get_pixel(x, y), 0u) << x << "," << y;
+        }
+    }
+    // Factor 2 into a gray image one column short of twice the width: the
+    // last block is clipped.
+    common::BasicImage gray(2 * image.get_height(), 2 * image.get_width() - 1, common::GRAY);
+    const std::vector<Stroke*> heads = heads_of(calculator);
+    ASSERT_EQ(heads.size(), 2u);
+    heads[0]->draw_blob_image(gray, 7, 2);
+    heads[1]->draw_blob_image(gray, 9, 2);
+    for (int y = 0; y < gray.get_height(); ++y) {
+        for (int x = 0; x < gray.get_width(); ++x) {
+            const bool first = y / 2 == 0 && x / 2 <= 1;
+            const unsigned expected = first ? 7u : (image.get_pixel(x / 2, y / 2) != 0 ? 9u : 0u);
+            EXPECT_EQ(gray.get_pixel(x, y), expected) << x << "," << y;
+        }
+    }
+}
+
+TEST(BinaryComponentFeatures, ThickBlobTestsEveryRunAtItsLimits) {
+    const common::BasicImage image = binary_from_text({"..#####...", ".........."});
+    ConnectedComponentCalculator calculator;
+    calculator.formulate_connected_components(image);
+    const Stroke& head = *heads_of(calculator).at(0);
+    const std::vector<std::pair<int, bool>> probes = {{1, false}, {2, true}, {6, true}, {7, false}};
+    for (const auto& probe : probes) {
+        common::BasicImage other(2, 10, common::BINARY);
+        other.set_pixel(probe.first, 0, 1);
+        other.set_pixel(probe.first, 1, 1);  // another line does not count
+        EXPECT_EQ(head.is_thick_blob(other), probe.second) << probe.first;
+    }
+}
+
+namespace {
+
+// A blob of gray 40 at rows 2.., columns 2.. of a page of gray 200, the
+// dilated image equal to the binary one unless told.
+struct GrayScene {
+    common::BasicImage binary;
+    common::BasicImage gray;
+    ConnectedComponentCalculator calculator;
+
+    GrayScene(int blob_height, int blob_width) : binary(blob_height + 4, blob_width + 4, common::BINARY) {
+        gray = common::BasicImage(binary.get_height(), binary.get_width(), common::GRAY);
+        for (int y = 0; y < binary.get_height(); ++y)
+            for (int x = 0; x < binary.get_width(); ++x) gray.set_pixel(x, y, 200);
+        for (int y = 2; y < 2 + blob_height; ++y) {
+            for (int x = 2; x < 2 + blob_width; ++x) {
+                binary.set_pixel(x, y, 1);
+                gray.set_pixel(x, y, 40);
+            }
+        }
+        calculator.formulate_connected_components(binary);
+    }
+    const Stroke& head() { return *heads_of(calculator).at(0); }
+};
+
+}  // namespace
+
+TEST(BinaryComponentFeatures, ForeBackMeansAreIntegerDivisions) {
+    GrayScene scene(5, 5);
+    scene.gray.set_pixel(4, 4, 48);  // the middle pixel, interior
+    Stroke::BlobNeighborForeBack means{};
+    scene.head().fore_back_neighbor(scene.binary, scene.binary, scene.gray, 3, means);
+    EXPECT_EQ(means.foreground, (8 * 40 + 48) / 9);  // 40, not 40.9
+    EXPECT_EQ(means.all_pixels, (24 * 40 + 48) / 25);
+    EXPECT_EQ(means.background, 200);
+
+    // A dilated image that is ink everywhere leaves no ring clear: no
+    // background is counted and the mean is the empty sum.
+    common::BasicImage all_ink(scene.binary.get_height(), scene.binary.get_width(), common::BINARY);
+    for (int y = 0; y < all_ink.get_height(); ++y)
+        for (int x = 0; x < all_ink.get_width(); ++x) all_ink.set_pixel(x, y, 1);
+    scene.head().fore_back_neighbor(scene.binary, all_ink, scene.gray, 3, means);
+    EXPECT_EQ(means.background, 0);
+}
+
+TEST(BinaryComponentFeatures, CompressionCostForegroundRulesAtTheirLimits) {
+    // Interior pixels of a solid 3 x w bar: w - 2; of a 2 x w bar: none.
+    struct Case {
+        int height, width;
+        int interior;
+        double foreground_cost;
+    };
+    const Stroke::BlobNeighborForeBack means{30, 35, 190};  // every blob pixel is 40
+    const std::vector<Case> cases = {
+        {3, 7, 5, 21.0 * (5 * 100.0) / 5},  // n s_fore / nf from 5 on
+        {3, 6, 4, 0.5 * (4 * 100.0)},       // half the sum below 5
+        {3, 3, 1, 0.5 * 100.0},
+        {2, 5, 0, 0.25 * (10 * 25.0)},  // a quarter of the spread of all pixels
+    };
+    for (const Case& c : cases) {
+        GrayScene scene(c.height, c.width);
+        Stroke::BlobNeighborCost cost{0.0, -1.0, -1.0, -1.0};
+        const int n = c.height * c.width;
+        const double count = scene.head().compression_cost(scene.binary, scene.binary, scene.gray, 3, means, cost);
+        EXPECT_DOUBLE_EQ(cost.foreground_cost, c.foreground_cost) << c.height << "x" << c.width;
+        EXPECT_DOUBLE_EQ(count, n - c.interior);
+        EXPECT_DOUBLE_EQ(cost.background_count, n - c.interior);
+        EXPECT_DOUBLE_EQ(cost.background_cost, n * 100.0);  // (200 - 190)^2 everywhere
+    }
+}
+
+TEST(BinaryComponentFeatures, CompressionCostLeavesBackgroundCostWithoutBackground) {
+    GrayScene scene(3, 3);
+    common::BasicImage all_ink(scene.binary.get_height(), scene.binary.get_width(), common::BINARY);
+    for (int y = 0; y < all_ink.get_height(); ++y)
+        for (int x = 0; x < all_ink.get_width(); ++x) all_ink.set_pixel(x, y, 1);
+    Stroke::BlobNeighborCost cost{0.0, 0.0, 7.5, 3.0};
+    EXPECT_DOUBLE_EQ(scene.head().compression_cost(scene.binary, all_ink, scene.gray, 3, {40, 40, 40}, cost), 0.0);
+    EXPECT_DOUBLE_EQ(cost.background_cost, 7.5);
+    EXPECT_DOUBLE_EQ(cost.background_count, 0.0);
+}
+
+TEST(BinaryComponentFeatures, GradientCostPredictionsAtTheImageCorners) {
+    // 2 x 2 gray values; each case marks one pixel as the blob.
+    //   10 20
+    //   30 41
+    struct Case {
+        int x, y;
+        double expected;
+    };
+    const std::vector<Case> cases = {
+        // (0,0): nothing from the left; from the right the mean of three.
+        {0, 0, (91.0 / 3 - 10) * (91.0 / 3 - 10)},
+        // (1,0): left only; last column, so the pixel below.
+        {1, 0, (10.0 - 20) * (10.0 - 20) + (41.0 - 20) * (41.0 - 20)},
+        // (0,1): the pixel above; last line, so the pixel to the right.
+        {0, 1, (10.0 - 30) * (10.0 - 30) + (41.0 - 30) * (41.0 - 30)},
+        // (1,1): the mean of three from the left; nothing from the right.
+        {1, 1, (60.0 / 3 - 41) * (60.0 / 3 - 41)},
+    };
+    common::BasicImage gray(2, 2, common::GRAY);
+    gray.set_pixel(0, 0, 10);
+    gray.set_pixel(1, 0, 20);
+    gray.set_pixel(0, 1, 30);
+    gray.set_pixel(1, 1, 41);
+    for (const Case& c : cases) {
+        common::BasicImage binary(2, 2, common::BINARY);
+        binary.set_pixel(c.x, c.y, 1);
+        ConnectedComponentCalculator calculator;
+        calculator.formulate_connected_components(binary);
+        Stroke::BlobNeighborCost cost{1.5, 0.0, 0.0, 0.0};  // the operation only adds
+        heads_of(calculator).at(0)->compression_cost(binary, binary, gray, 3, {0, 0, 0}, cost);
+        EXPECT_DOUBLE_EQ(cost.gradient_cost, 1.5 + c.expected) << c.x << "," << c.y;
+    }
+}
