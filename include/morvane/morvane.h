@@ -26,6 +26,11 @@
 #define MORVANE_API
 #endif
 
+#include <stddef.h>
+#ifndef __cplusplus
+#include <stdbool.h>
+#endif
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -349,6 +354,108 @@ MORVANE_API void estimate_spatial_resolution(void* handle, const ImageCApi* imag
 /* ------------------------------------------------------------------------ */
 
 /* ---- blob calculator family ---- */
+
+/*
+ * Connected components of a bitonal or gray image, formed in one pass over
+ * its lines. Foreground is a set bit of a binary record (is_binary != 0) and
+ * any byte other than 255 of a gray record: in a gray image only 255 is
+ * background. Components are numbered from 0 (from 1 in labels) in the order
+ * in which the calculator created them, which is not always the order of
+ * their first line: when a line splits a component the younger piece heads it.
+ *
+ * One calculator serves one image. Every query forms the components of the
+ * image it is given when the calculator has formed nothing yet, and
+ * otherwise answers from what it formed before, whatever image it is given
+ * (create_scale_img and create_scale_img_only excepted, see there). Create a
+ * new calculator for each image. Results handed out point into the
+ * calculator's memory only where said (obtain_runs_image); all other results
+ * are copied into the caller's arrays. The image buffer is read during the
+ * call only.
+ */
+
+/* A new calculator, eight-connected. Free it with delete_blob_calculator. */
+MORVANE_API void* create_blob_calculator(void);
+
+/* neighborhood 4: four-connected (pixels touching only at a corner are apart);
+ * any other value: eight-connected. Takes effect at the next formation. */
+MORVANE_API void set_neighborhood(void* handle, int neighborhood);
+
+/* Forms the components of image (when the calculator is still empty) and
+ * returns their number, 0 or more. The number sizes the arrays of
+ * obtain_blob_dimension_histogram and obtain_blob_top_points. */
+MORVANE_API int perform_blob_formulation(void* handle, const ImageCApi* image);
+
+/* The runs of the image's lines, an internal object of the library (C++
+ * geometric::RunsInImage), opaque to C. The calculator owns it; the pointer
+ * is valid until delete_blob_calculator and must not be freed. */
+MORVANE_API void* obtain_runs_image(void* handle, const ImageCApi* image);
+
+/*
+ * Label of every pixel, in a frame of border pixels on every side.
+ * labels: caller's array of (width + 2 * border) * (height + 2 * border)
+ *         ints, border >= 0; row-major, pixel (x, y) at index
+ *         (y + border) * (width + 2 * border) + x + border. Every entry is
+ *         written: 0 for background and frame, 1 to the component count for
+ *         the components in their order.
+ */
+MORVANE_API void calculate_label_image(void* handle, const ImageCApi* image, int* labels, int border);
+
+/* Height and width in pixels of each component's bounding box, in component
+ * order (one entry a component, not a histogram). heights and widths are
+ * caller's arrays of perform_blob_formulation's count of ints. */
+MORVANE_API void obtain_blob_dimension_histogram(void* handle, const ImageCApi* image, int* heights, int* widths);
+
+/* Top point of each component, in component order: its highest line, and on
+ * that line the first column of the piece that the calculator met first.
+ * xs and ys are caller's arrays of perform_blob_formulation's count of ints. */
+MORVANE_API void obtain_blob_top_points(void* handle, const ImageCApi* image, int* xs, int* ys);
+
+/*
+ * Outer contours of all components, by a clockwise Moore-neighbour trace
+ * from each top point, one after the other with no separator (a one-pixel
+ * component gives one point; a contour that passed its start twice ends by
+ * repeating it).
+ * allocate: called exactly twice, with 4 * count bytes each time, also when
+ *           count is 0; the results go to *xs and *ys. The caller frees both
+ *           with the allocator's partner (free for malloc).
+ * Returns count, the number of points.
+ */
+MORVANE_API int obtain_blob_contours_one_by_one(void* handle, const ImageCApi* image, int** xs, int** ys,
+                                                void* (*allocate)(size_t));
+
+/*
+ * One step of a blob-size scale map. Forms, whatever the calculator's state,
+ * the components of binary_image (a binary record of scale level `level`,
+ * written in place) and for each component, in order:
+ * - fewer pixels than minimum_pixels: erased from binary_image;
+ * - more pixels than maximum_pixels: erased, and the result becomes 1;
+ * - when level != base_level, its height (use_height) or width below
+ *   minimum_size / 2^(level - base_level) (integer division): erased;
+ * - otherwise written with the value level + 1 into scale_image, a gray
+ *   record at the resolution of base_level, each pixel as a block of
+ *   2^(level - base_level) pixels on a side (clipped to scale_image).
+ * 0 <= base_level <= level <= 5. Returns 1 when a component had more than
+ * maximum_pixels pixels, else 0. Use a fresh calculator for each call.
+ * Throws (const char*) "scale level out of range" for other levels.
+ */
+MORVANE_API int create_scale_img(void* handle, int level, const ImageCApi* scale_image, const ImageCApi* binary_image,
+                                 int base_level, int minimum_size, bool use_height, double maximum_pixels,
+                                 double minimum_pixels);
+
+/*
+ * As create_scale_img, with two differences: components under
+ * minimum_pixels or over maximum_pixels are passed over and stay in
+ * binary_image, and level 5 is not served: a level difference of 5 throws
+ * (const char*) "scale level difference not served by
+ * create_scale_img_only", and level 5 with a lower base level draws nothing.
+ */
+MORVANE_API int create_scale_img_only(void* handle, int level, const ImageCApi* scale_image,
+                                      const ImageCApi* binary_image, int base_level, int minimum_size,
+                                      bool use_height, double maximum_pixels, double minimum_pixels);
+
+/* Destroys a calculator and everything it owns, the runs image included;
+ * NULL is accepted. */
+MORVANE_API void delete_blob_calculator(void* handle);
 
 /* ------------------------------------------------------------------------ */
 /* Line segment family                                                       */

@@ -17,6 +17,8 @@
 #include "components/runs_in_image.h"
 #include "components/runs_in_line.h"
 #include "components/stroke_array.h"
+#include "textgeometry/geobox.h"
+#include "textgeometry/geocoordinate.h"
 
 namespace geometric {
 
@@ -97,7 +99,69 @@ public:
     const std::shared_ptr<RunsInImage>& get_runs_in_image() const { return runs_in_image; }
     const StrokePool& get_pool() const { return pool; }
 
+    // Queries. Each forms the components of image first when the calculator
+    // is still empty; components are taken in the order of the iterator.
+
+    // The runs of the image, shared with the strokes that point into them.
+    std::shared_ptr<RunsInImage> obtain_runs_in_image(const common::BasicImage& image);
+    // Label of every pixel in a frame of border pixels: (width + 2 border) x
+    // (height + 2 border) entries, 0 for background and frame, components
+    // numbered from 1. Entries already in labels are not cleared.
+    void calculate_label_image(const common::BasicImage& image, std::vector<int>& labels, int border);
+    // Appends the height (width) of each component's whole box.
+    void calculate_blob_heights(const common::BasicImage& image, std::vector<int>& heights);
+    void calculate_blob_widths(const common::BasicImage& image, std::vector<int>& widths);
+    void calculate_blob_dimensions(const common::BasicImage& image, std::vector<int>& heights,
+                                   std::vector<int>& widths);
+    // Appends the top point of each component.
+    void obtain_blob_top_points(const common::BasicImage& image, std::vector<Geocoordinate<int>>& points);
+    // Appends the kept contour points of every component, one component after
+    // the other with nothing between them.
+    void obtain_blob_contours_one_by_one(const common::BasicImage& image, std::vector<Geocoordinate<int>>& points);
+    // Draws into a BINARY output the components at the given positions. The
+    // indices are sorted; a repeated index stops the drawing there, so that
+    // 1, 1, 3 draws component 1 alone.
+    void create_images_formulated_with_selected_blobs(std::vector<int> indices, common::BasicImage& output);
+    // Box of the component with the largest box area, the first among
+    // equals; answers that area, or 0 and leaves box alone when there is no
+    // component. Does not form.
+    int calculate_largest_blob_bounding_box(Geobox<int>& box);
+    // Forms, on this calculator whatever its state, the components of a
+    // canvas spanning the points in which the listed points are 255 and all
+    // else 0; 255 being background, the components are those of the pixels
+    // not listed. Writes the box and the pixels of the component with the
+    // most pixels (the first among equals), in the points' coordinates, and
+    // answers its pixel count; 0 with nothing written when there is none.
+    unsigned calculate_largest_blob_bounding_box(const std::vector<int>& xs, const std::vector<int>& ys,
+                                                 Geobox<int>& box, std::vector<int>& out_xs,
+                                                 std::vector<int>& out_ys);
+    // One step of the blob-size scale map: forms the components of the
+    // BINARY binary_image (whatever the calculator's state), erases from it
+    // those under minimum_pixels or over maximum_pixels, and those whose
+    // height (use_height) or width is below minimum_size scaled down to the
+    // level, and draws the others with value level + 1 into the GRAY
+    // scale_image, scaled up from level to base_level. Answers 1 when a
+    // component was over maximum_pixels. Levels run from base_level to 5;
+    // throws a const char* for levels outside the table.
+    int create_scale_img(int level, common::BasicImage& scale_image, common::BasicImage& binary_image, int base_level,
+                         int minimum_size, bool use_height, double maximum_pixels, double minimum_pixels);
+    // As create_scale_img, except that components under minimum_pixels or
+    // over maximum_pixels are passed over and stay in binary_image, and that
+    // it does not serve level 5 (level difference 5 throws, level 5 draws
+    // nothing).
+    int create_scale_img_only(int level, common::BasicImage& scale_image, common::BasicImage& binary_image,
+                              int base_level, int minimum_size, bool use_height, double maximum_pixels,
+                              double minimum_pixels);
+
 private:
+    // Forms the components of image when the calculator is still empty.
+    void formulate_if_empty(const common::BasicImage& image) {
+        if (isemptyblob()) formulate_connected_components(image);
+    }
+    int create_scale_image(const int (&factors)[6], bool erase_out_of_range, int level,
+                           common::BasicImage& scale_image, common::BasicImage& binary_image, int base_level,
+                           int minimum_size, bool use_height, double maximum_pixels, double minimum_pixels);
+
     // A stroke of one run: box of the run, its pixels, the run recorded when
     // runs are stored.
     BinaryConnectedComponent* take_new_stroke(const BinaryRun& run, int line);

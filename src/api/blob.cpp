@@ -1,0 +1,96 @@
+// The blob calculator family: a calculator handle, its queries copied into
+// the caller's arrays, and its release.
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+#include "common/basic_image.h"
+#include "common/image_c_api_transformer.h"
+#include "components/connected_component_calculator.h"
+#include "morvane/morvane.h"
+
+namespace {
+
+geometric::ConnectedComponentCalculator& calculator_of(void* handle) {
+    return *static_cast<geometric::ConnectedComponentCalculator*>(handle);
+}
+
+// A view on the caller's buffer; nothing is copied.
+class View : public common::BasicImage {
+public:
+    explicit View(const ImageCApi* image) { morvane::ImageCApiTransformer::transform_c_api_image_to_image(*image, *this); }
+};
+
+}  // namespace
+
+void* create_blob_calculator(void) { return new geometric::ConnectedComponentCalculator(); }
+
+void set_neighborhood(void* handle, int neighborhood) { calculator_of(handle).set_neighborhood(neighborhood); }
+
+int perform_blob_formulation(void* handle, const ImageCApi* image) {
+    geometric::ConnectedComponentCalculator& calculator = calculator_of(handle);
+    const View view(image);
+    if (calculator.isemptyblob()) calculator.formulate_connected_components(view);
+    return static_cast<int>(calculator.size());
+}
+
+void* obtain_runs_image(void* handle, const ImageCApi* image) {
+    return calculator_of(handle).obtain_runs_in_image(View(image)).get();
+}
+
+void calculate_label_image(void* handle, const ImageCApi* image, int* labels, int border) {
+    std::vector<int> local;
+    calculator_of(handle).calculate_label_image(View(image), local, border);
+    std::copy(local.begin(), local.end(), labels);
+}
+
+void obtain_blob_dimension_histogram(void* handle, const ImageCApi* image, int* heights, int* widths) {
+    std::vector<int> local_heights;
+    std::vector<int> local_widths;
+    calculator_of(handle).calculate_blob_dimensions(View(image), local_heights, local_widths);
+    std::copy(local_heights.begin(), local_heights.end(), heights);
+    std::copy(local_widths.begin(), local_widths.end(), widths);
+}
+
+void obtain_blob_top_points(void* handle, const ImageCApi* image, int* xs, int* ys) {
+    std::vector<geometric::Geocoordinate<int>> points;
+    calculator_of(handle).obtain_blob_top_points(View(image), points);
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        xs[i] = points[i].x;
+        ys[i] = points[i].y;
+    }
+}
+
+int obtain_blob_contours_one_by_one(void* handle, const ImageCApi* image, int** xs, int** ys,
+                                    void* (*allocate)(size_t)) {
+    std::vector<geometric::Geocoordinate<int>> points;
+    calculator_of(handle).obtain_blob_contours_one_by_one(View(image), points);
+    const std::size_t bytes = points.size() * sizeof(int);
+    *xs = static_cast<int*>(allocate(bytes));
+    *ys = static_cast<int*>(allocate(bytes));
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        (*xs)[i] = points[i].x;
+        (*ys)[i] = points[i].y;
+    }
+    return static_cast<int>(points.size());
+}
+
+int create_scale_img(void* handle, int level, const ImageCApi* scale_image, const ImageCApi* binary_image,
+                     int base_level, int minimum_size, bool use_height, double maximum_pixels,
+                     double minimum_pixels) {
+    View scale(scale_image);
+    View binary(binary_image);
+    return calculator_of(handle).create_scale_img(level, scale, binary, base_level, minimum_size, use_height,
+                                                  maximum_pixels, minimum_pixels);
+}
+
+int create_scale_img_only(void* handle, int level, const ImageCApi* scale_image, const ImageCApi* binary_image,
+                          int base_level, int minimum_size, bool use_height, double maximum_pixels,
+                          double minimum_pixels) {
+    View scale(scale_image);
+    View binary(binary_image);
+    return calculator_of(handle).create_scale_img_only(level, scale, binary, base_level, minimum_size, use_height,
+                                                       maximum_pixels, minimum_pixels);
+}
+
+void delete_blob_calculator(void* handle) { delete static_cast<geometric::ConnectedComponentCalculator*>(handle); }
