@@ -2,6 +2,7 @@
  * are the documented ones, and the flat functions link and answer. */
 #include <stddef.h>
 #include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
 
 #include "morvane/morvane.h"
@@ -107,6 +108,37 @@ static void check_corrector(void) {
     destroy_corrector(NULL);
 }
 
+/* Two blobs in a bitonal record (rows of one 32-bit word): a 2 x 2 square
+ * and a dot. Labels, sizes and contours come back in the caller's arrays. */
+static void check_blob_calculator(void) {
+    unsigned char bits[3 * 4];
+    int labels[5 * 7];
+    int heights[2], widths[2];
+    int* xs = NULL;
+    int* ys = NULL;
+    ImageCApi image = {5, 3, 0, 0, 1, 1, NULL};
+    void* calculator = create_blob_calculator();
+    memset(bits, 0, sizeof bits);
+    bits[0] = 0xC0; /* ##... */
+    bits[4] = 0xC0; /* ##... */
+    bits[8] = 0x08; /* ....# */
+    image.data = bits;
+    set_neighborhood(calculator, 8);
+    expect_int(perform_blob_formulation(calculator, &image), 2, "blob count");
+    calculate_label_image(calculator, &image, labels, 1);
+    expect_int(labels[0], 0, "label of the frame");
+    expect_int(labels[1 * 7 + 1], 1, "label of the square");
+    expect_int(labels[3 * 7 + 5], 2, "label of the dot");
+    obtain_blob_dimension_histogram(calculator, &image, heights, widths);
+    expect_int(heights[0] * 10 + widths[0], 22, "size of the square");
+    expect_int(obtain_blob_contours_one_by_one(calculator, &image, &xs, &ys, malloc), 5, "contour points");
+    expect_int(xs[4] * 10 + ys[4], 42, "contour of the dot");
+    free(xs);
+    free(ys);
+    delete_blob_calculator(calculator);
+    delete_blob_calculator(NULL);
+}
+
 int main(void) {
     expect_text(morvane_get_version_number(), "version of library: 16.1.8.9");
     expect_text(morvane_get_branch_name(), "git branch: version_16.1.8.xx");
@@ -114,6 +146,7 @@ int main(void) {
     check_own_corner_rectification();
     expect_line_segments();
     check_corrector();
+    check_blob_calculator();
     printf("%d checks, %d failed\n", checks, failures);
     return failures == 0 ? 0 : 1;
 }

@@ -1,0 +1,281 @@
+// Calculator queries: labels against a flood fill, the order of heads,
+// selected drawing with its duplicate rule, largest blobs, scale maps.
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "common/basic_image.h"
+#include "components/connected_component_calculator.h"
+#include "binary_test_image.h"
+
+using test_support::binary_from_text;
+using test_support::flood_fill_labels;
+
+using namespace geometric;
+
+namespace {
+
+common::BasicImage random_binary(int height, int width, unsigned seed, int percent) {
+    std::mt19937 random(seed);
+    common::BasicImage image(height, width, common::BINARY);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            if (static_cast<int>(random() % 100) < percent) image.set_pixel(x, y, 1);
+    return image;
+}
+
+std::vector<int> labels_of(const common::BasicImage& image, int border, int neighborhood = 8) {
+    ConnectedComponentCalculator calculator;
+    calculator.set_neighborhood(neighborhood);
+    std::vector<int> labels;
+    calculator.calculate_label_image(image, labels, border);
+    return labels;
+}
+
+bool same_pixels(const common::BasicImage& a, const common::BasicImage& b) {
+    for (int y = 0; y < a.get_height(); ++y)
+        for (int x = 0; x < a.get_width(); ++x)
+            if (a.get_pixel(x, y) != b.get_pixel(x, y)) return false;
+    return true;
+}
+
+bool is_blank(const common::BasicImage& image) {
+    for (int y = 0; y < image.get_height(); ++y)
+        for (int x = 0; x < image.get_width(); ++x)
+            if (image.get_pixel(x, y) != 0) return false;
+    return true;
+}
+
+}  // namespace
+
+TEST(ConnectedComponentQueries, LabelsPartitionLikeAFloodFillAndShiftWithTheBorder) {
+    for (int neighborhood : {4, 8}) {
+        for (unsigned seed = 1; seed <= 4; ++seed) {
+            const common::BasicImage image = random_binary(37, 45, seed, 45);
+            const int width = image.get_width();
+            const int height = image.get_height();
+            int count = 0;
+            const std::vector<int> reference = flood_fill_labels(image, neighborhood == 8, count);
+            const std::vector<int> plain = labels_of(image, 0, neighborhood);
+            ASSERT_EQ(plain.size(), reference.size());
+            // Numbering differs (heads, not first pixels): compare as a bijection.
+            std::map<int, int> forward, backward;
+            for (size_t i = 0; i < plain.size(); ++i) {
+                ASSERT_EQ(plain[i] == 0, reference[i] == 0) << i;
+                if (plain[i] == 0) continue;
+                EXPECT_EQ(forward.emplace(plain[i], reference[i]).first->second, reference[i]);
+                EXPECT_EQ(backward.emplace(reference[i], plain[i]).first->second, plain[i]);
+            }
+            EXPECT_EQ(static_cast<int>(forward.size()), count);
+
+            const int border = 3;
+            const std::vector<int> framed = labels_of(image, border, neighborhood);
+            const int framed_width = width + 2 * border;
+            ASSERT_EQ(framed.size(), static_cast<size_t>(framed_width) * (height + 2 * border));
+            for (int y = -border; y < height + border; ++y) {
+                for (int x = -border; x < width + border; ++x) {
+                    const int got = framed[(y + border) * framed_width + x + border];
+                    const bool inside = x >= 0 && y >= 0 && x < width && y < height;
+                    EXPECT_EQ(got, inside ? plain[y * width + x] : 0) << x << "," << y;
+                }
+            }
+            // Determinism: a second calculator gives the same bytes.
+            EXPECT_EQ(labels_of(image, border, neighborhood), framed);
+        }
+    }
+}
+
+TEST(ConnectedComponentQueries, ComponentsAreNumberedByTheCreationOfTheirHeads) {
+    // The left component shows first but is split on line 1: its head is the
+    // third stroke made, after the right component's.
+    const common::BasicImage image = binary_from_text({"#####...#", "#...#...#"});
+    ConnectedComponentCalculator calculator;
+    std::vector<int> labels;
+    calculator.calculate_label_image(image, labels, 0);
+    EXPECT_EQ(labels, (std::vector<int>{2, 2, 2, 2, 2, 0, 0, 0, 1, 2, 0, 0, 0, 2, 0, 0, 0, 1}));
+    std::vector<Geocoordinate<int>> tops;
+    calculator.obtain_blob_top_points(image, tops);
+    ASSERT_EQ(tops.size(), 2u);
+    EXPECT_EQ(tops[0].x, 8);
+    EXPECT_EQ(tops[1].x, 0);
+    EXPECT_EQ(tops[1].y, 0);
+    std::vector<int> heights, widths;
+    calculator.calculate_blob_dimensions(image, heights, widths);
+    EXPECT_EQ(heights, (std::vector<int>{2, 2}));
+    EXPECT_EQ(widths, (std::vector<int>{1, 5}));
+    std::vector<int> only_heights, only_widths;
+    calculator.calculate_blob_heights(image, only_heights);
+    calculator.calculate_blob_widths(image, only_widths);
+    EXPECT_EQ(only_heights, heights);
+    EXPECT_EQ(only_widths, widths);
+}
+
+TEST(ConnectedComponentQueries, EmptyImageAndOnePixelComponent) {
+    const common::BasicImage empty(4, 9, common::BINARY);
+    ConnectedComponentCalculator calculator;
+    std::vector<int> labels;
+    calculator.calculate_label_image(empty, labels, 2);
+    EXPECT_EQ(labels, std::vector<int>(13 * 8, 0));
+    std::vector<Geocoordinate<int>> points;
+    calculator.obtain_blob_contours_one_by_one(empty, points);
+    EXPECT_TRUE(points.empty());
+    EXPECT_TRUE(calculator.isemptyblob());
+    Geobox<int> box{9, 9, 9, 9};
+    EXPECT_EQ(calculator.calculate_largest_blob_bounding_box(box), 0);
+    EXPECT_EQ(box.right, 9);
+
+    const common::BasicImage dot = binary_from_text({"....", "..#.", "...."});
+    ConnectedComponentCalculator single;
+    single.obtain_blob_top_points(dot, points);
+    ASSERT_EQ(points.size(), 1u);
+    points.clear();
+    single.obtain_blob_contours_one_by_one(dot, points);
+    ASSERT_EQ(points.size(), 1u);
+    EXPECT_EQ(points[0].x, 2);
+    EXPECT_EQ(points[0].y, 1);
+}
+
+TEST(ConnectedComponentQueries, ContoursAreConcatenatedInComponentOrder) {
+    const common::BasicImage image = binary_from_text({"##..#", "##..."});
+    ConnectedComponentCalculator calculator;
+    std::vector<Geocoordinate<int>> points;
+    calculator.obtain_blob_contours_one_by_one(image, points);
+    std::vector<std::pair<int, int>> got;
+    for (const auto& p : points) got.emplace_back(p.x, p.y);
+    EXPECT_EQ(got, (std::vector<std::pair<int, int>>{{0, 0}, {1, 0}, {1, 1}, {0, 1}, {4, 0}}));
+}
+
+TEST(ConnectedComponentQueries, SelectedComponentsAndTheDuplicateIndexRule) {
+    const common::BasicImage image = binary_from_text({"#.#.#.#"});
+    struct Case {
+        std::vector<int> indices;
+        const char* expected;
+    };
+    const std::vector<Case> cases = {
+        {{2, 0}, "#...#.."},
+        {{1, 1, 3}, "..#...."},  // the repeated index stops the drawing
+        {{}, "......."},
+        {{3, 9}, "......#"},
+    };
+    for (const Case& c : cases) {
+        ConnectedComponentCalculator calculator;
+        calculator.formulate_connected_components(image);
+        common::BasicImage output(1, 7, common::BINARY);
+        calculator.create_images_formulated_with_selected_blobs(c.indices, output);
+        EXPECT_TRUE(same_pixels(output, binary_from_text({c.expected}))) << c.expected;
+    }
+}
+
+TEST(ConnectedComponentQueries, LargestBoxFirstAmongEquals) {
+    // Boxes of area 4, 6, 6: the first 6 wins.
+    const common::BasicImage image = binary_from_text({"##..###..##", "##..###..##", "..........#"});
+    ConnectedComponentCalculator calculator;
+    calculator.formulate_connected_components(image);
+    Geobox<int> box;
+    EXPECT_EQ(calculator.calculate_largest_blob_bounding_box(box), 6);
+    EXPECT_EQ(box.left, 4);
+    EXPECT_EQ(box.right, 6);
+    EXPECT_EQ(box.top, 0);
+    EXPECT_EQ(box.bottom, 1);
+}
+
+TEST(ConnectedComponentQueries, LargestComponentOfAPointSetIsMadeOfUnlistedPixels) {
+    // The outline of a 5 x 5 square at (10, 20): the listed points are
+    // background, the 3 x 3 inside is the component.
+    std::vector<int> xs, ys;
+    for (int i = 0; i < 5; ++i) {
+        for (int j = 0; j < 5; ++j) {
+            if (i == 0 || j == 0 || i == 4 || j == 4) {
+                xs.push_back(10 + i);
+                ys.push_back(20 + j);
+            }
+        }
+    }
+    ConnectedComponentCalculator calculator;
+    Geobox<int> box;
+    std::vector<int> out_xs, out_ys;
+    EXPECT_EQ(calculator.calculate_largest_blob_bounding_box(xs, ys, box, out_xs, out_ys), 9u);
+    EXPECT_EQ(box.left, 11);
+    EXPECT_EQ(box.right, 13);
+    EXPECT_EQ(box.top, 21);
+    EXPECT_EQ(box.bottom, 23);
+    EXPECT_EQ(out_xs, (std::vector<int>{11, 12, 13, 11, 12, 13, 11, 12, 13}));
+    EXPECT_EQ(out_ys, (std::vector<int>{21, 21, 21, 22, 22, 22, 23, 23, 23}));
+
+    // Every pixel of a solid rectangle listed: no foreground at all.
+    std::vector<int> solid_xs, solid_ys;
+    for (int y = 0; y < 3; ++y)
+        for (int x = 0; x < 4; ++x) {
+            solid_xs.push_back(x + 5);
+            solid_ys.push_back(y);
+        }
+    ConnectedComponentCalculator solid;
+    out_xs.clear();
+    out_ys.clear();
+    EXPECT_EQ(solid.calculate_largest_blob_bounding_box(solid_xs, solid_ys, box, out_xs, out_ys), 0u);
+    EXPECT_TRUE(out_xs.empty());
+}
+
+namespace {
+
+// Level 1 over base 0: a one-pixel blob (under the minimum), a flat bar of
+// 4 x 1 and a block of 3 x 2 (over the maximum).
+const std::vector<std::string> kScaleBinary = {"#.......", "........", "..####..",
+                                               "........", ".....###", ".....###"};
+
+struct ScaleRun {
+    int result;
+    common::BasicImage binary;
+    common::BasicImage scale;
+};
+
+ScaleRun run_scale(bool only, bool use_height) {
+    ScaleRun run{0, binary_from_text(kScaleBinary), common::BasicImage(12, 16, common::GRAY)};
+    ConnectedComponentCalculator calculator;
+    run.result = only ? calculator.create_scale_img_only(1, run.scale, run.binary, 0, 4, use_height, 5.0, 2.0)
+                      : calculator.create_scale_img(1, run.scale, run.binary, 0, 4, use_height, 5.0, 2.0);
+    return run;
+}
+
+}  // namespace
+
+TEST(ConnectedComponentQueries, ScaleImagesEraseOrKeepTheComponentsOutOfRange) {
+    for (bool only : {false, true}) {
+        const ScaleRun by_width = run_scale(only, false);
+        EXPECT_EQ(by_width.result, 1);
+        // The bar is 4 wide, at least 4 / 2: drawn as 2 x 2 blocks of level + 1.
+        for (int y = 0; y < 12; ++y)
+            for (int x = 0; x < 16; ++x)
+                EXPECT_EQ(by_width.scale.get_pixel(x, y), (y >= 4 && y < 6 && x >= 4 && x < 12) ? 2u : 0u);
+        // Only create_scale_img erases the dot and the block from the binary image.
+        std::vector<std::string> kept = kScaleBinary;
+        if (!only) kept = {"........", "........", "..####..", "........", "........", "........"};
+        EXPECT_TRUE(same_pixels(by_width.binary, binary_from_text(kept))) << only;
+
+        // By height the bar (1 < 2) is erased by both and nothing is drawn.
+        const ScaleRun by_height = run_scale(only, true);
+        EXPECT_EQ(by_height.result, 1);
+        EXPECT_TRUE(is_blank(by_height.scale));
+        EXPECT_EQ(by_height.binary.get_pixel(3, 2), 0u);
+        EXPECT_EQ(by_height.binary.get_pixel(0, 0), only ? 1u : 0u);
+    }
+}
+
+TEST(ConnectedComponentQueries, ScaleImageLevelsOutsideTheTablesThrow) {
+    common::BasicImage binary = binary_from_text({"#."});
+    common::BasicImage scale(64, 64, common::GRAY);
+    ConnectedComponentCalculator a, b, c, d;
+    EXPECT_THROW(a.create_scale_img(6, scale, binary, 0, 1, true, 9.0, 0.0), const char*);
+    EXPECT_THROW(b.create_scale_img(1, scale, binary, 2, 1, true, 9.0, 0.0), const char*);
+    EXPECT_THROW(c.create_scale_img_only(5, scale, binary, 0, 1, true, 9.0, 0.0), const char*);
+    // Level 5 over base 1 is served by create_scale_img_only but draws nothing.
+    EXPECT_EQ(d.create_scale_img_only(5, scale, binary, 1, 1, true, 9.0, 0.0), 0);
+    EXPECT_TRUE(is_blank(scale));
+    ConnectedComponentCalculator e;
+    EXPECT_EQ(e.create_scale_img(5, scale, binary, 0, 1, true, 9.0, 0.0), 0);
+    EXPECT_EQ(scale.get_pixel(31, 31), 6u);
+    EXPECT_EQ(scale.get_pixel(32, 0), 0u);
+}
