@@ -39,9 +39,7 @@ void* obtain_runs_image(void* handle, const ImageCApi* image) {
 }
 
 void calculate_label_image(void* handle, const ImageCApi* image, int* labels, int border) {
-    std::vector<int> local;
-    calculator_of(handle).calculate_label_image(View(image), local, border);
-    std::copy(local.begin(), local.end(), labels);
+    calculator_of(handle).calculate_label_image(View(image), labels, border);
 }
 
 void obtain_blob_dimension_histogram(void* handle, const ImageCApi* image, int* heights, int* widths) {

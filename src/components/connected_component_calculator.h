@@ -108,6 +108,9 @@ public:
     // (height + 2 border) entries, 0 for background and frame, components
     // numbered from 1. Entries already in labels are not cleared.
     void calculate_label_image(const common::BasicImage& image, std::vector<int>& labels, int border);
+    // The same into a caller's array of that many entries, every one of
+    // which is written; no second copy of the labels is made.
+    void calculate_label_image(const common::BasicImage& image, int* labels, int border);
     // Appends the height (width) of each component's whole box.
     void calculate_blob_heights(const common::BasicImage& image, std::vector<int>& heights);
     void calculate_blob_widths(const common::BasicImage& image, std::vector<int>& widths);
@@ -158,6 +161,8 @@ private:
     void formulate_if_empty(const common::BasicImage& image) {
         if (isemptyblob()) formulate_connected_components(image);
     }
+    // Writes the label of every run into a framed array already sized.
+    void write_labels(int* labels, std::size_t framed_width, int border);
     int create_scale_image(const int (&factors)[6], bool erase_out_of_range, int level,
                            common::BasicImage& scale_image, common::BasicImage& binary_image, int base_level,
                            int minimum_size, bool use_height, double maximum_pixels, double minimum_pixels);

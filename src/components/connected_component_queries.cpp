@@ -29,12 +29,26 @@ void ConnectedComponentCalculator::calculate_label_image(const common::BasicImag
     formulate_if_empty(image);
     const std::size_t framed_width = static_cast<std::size_t>(width + 2 * border);
     labels.resize(framed_width * static_cast<std::size_t>(height + 2 * border), 0);
+    write_labels(labels.data(), framed_width, border);
+}
+
+void ConnectedComponentCalculator::calculate_label_image(const common::BasicImage& image, int* labels, int border) {
+    const int width = image.get_width();
+    const int height = image.get_height();
+    formulate_if_empty(image);
+    const std::size_t framed_width = static_cast<std::size_t>(width + 2 * border);
+    std::fill(labels, labels + framed_width * static_cast<std::size_t>(height + 2 * border), 0);
+    write_labels(labels, framed_width, border);
+}
+
+// One contiguous store of one value for each run.
+void ConnectedComponentCalculator::write_labels(int* labels, std::size_t framed_width, int border) {
     int label = 0;
     for (iterator it = begin(); it != end(); ++it) {
         ++label;
         for (const BinaryConnectedComponent* s = &*it; s != nullptr; s = s->next) {
             for (const BinaryConnectedComponent::RunOnLine& r : s->runs) {
-                int* line = labels.data() + static_cast<std::size_t>(r.second + border) * framed_width + border;
+                int* line = labels + static_cast<std::size_t>(r.second + border) * framed_width + border;
                 std::fill(line + r.first->start, line + r.first->end + 1, label);
             }
         }

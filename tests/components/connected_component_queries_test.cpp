@@ -84,6 +84,12 @@ TEST(ConnectedComponentQueries, LabelsPartitionLikeAFloodFillAndShiftWithTheBord
             }
             // Determinism: a second calculator gives the same bytes.
             EXPECT_EQ(labels_of(image, border, neighborhood), framed);
+            // The caller's-array form writes every entry, frame included.
+            ConnectedComponentCalculator calculator;
+            calculator.set_neighborhood(neighborhood);
+            std::vector<int> into(framed.size(), -7);
+            calculator.calculate_label_image(image, into.data(), border);
+            EXPECT_EQ(into, framed);
         }
     }
 }
