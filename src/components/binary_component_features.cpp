@@ -132,15 +132,23 @@ void BinaryConnectedComponent::get_element_coordinates(std::vector<int>& xs, std
 }
 
 void BinaryConnectedComponent::get_boundary(std::vector<int>& xs, std::vector<int>& ys, bool keep_all) const {
+    std::vector<signed char> grid;
+    std::vector<int> cells;
+    get_boundary(xs, ys, keep_all, grid, cells);
+}
+
+void BinaryConnectedComponent::get_boundary(std::vector<int>& xs, std::vector<int>& ys, bool keep_all,
+                                            std::vector<signed char>& grid, std::vector<int>& cells) const {
     const Geobox<int> whole = get_bounding_box();
     const int grid_width = whole.width() + 2;
     const int grid_height = whole.height() + 2;
-    // One-cell frame of zeros around the box, so that no look leaves the grid.
-    std::vector<int> grid(static_cast<std::size_t>(grid_width) * grid_height, 0);
+    // One-cell frame of zeros around the box, so that no look leaves the
+    // grid. Cells: 0 outside, 1 blob, -1 the start, -2 passed.
+    grid.assign(static_cast<std::size_t>(grid_width) * grid_height, 0);
     for (const BinaryConnectedComponent* s = this; s != nullptr; s = s->next) {
         for (const RunOnLine& r : s->runs) {
-            int* line = grid.data() + static_cast<std::size_t>(r.second - whole.top + 1) * grid_width;
-            for (int x = r.first->start; x <= r.first->end; ++x) line[x - whole.left + 1] = 1;
+            signed char* line = grid.data() + static_cast<std::size_t>(r.second - whole.top + 1) * grid_width;
+            std::fill(line + (r.first->start - whole.left + 1), line + (r.first->end - whole.left + 2), 1);
         }
     }
     Geocoordinate<int> top(whole.left, whole.top);
@@ -149,7 +157,7 @@ void BinaryConnectedComponent::get_boundary(std::vector<int>& xs, std::vector<in
     int step[8];
     for (int d = 0; d < 8; ++d) step[d] = kStepY[d] * grid_width + kStepX[d];
 
-    std::vector<int> cells;
+    cells.clear();
     cells.reserve(10000);
     grid[start] = -1;
     cells.push_back(start);

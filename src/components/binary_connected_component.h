@@ -84,6 +84,10 @@ public:
     // y equals 1 are left out, which is how the page-edge work drops points
     // lying on a one-pixel frame.
     void get_boundary(std::vector<int>& xs, std::vector<int>& ys, bool keep_all) const;
+    // The same with the working memory of the trace handed in, so that a
+    // caller tracing many components reuses it; its contents do not matter.
+    void get_boundary(std::vector<int>& xs, std::vector<int>& ys, bool keep_all, std::vector<signed char>& grid,
+                      std::vector<int>& cells) const;
     // Gray means of the blob in gray: a pixel with a clear 8-neighbour in
     // binary is a contour pixel and contributes the mean of the clear pixels
     // of dilated on the ring of radius window / 2 around it (when that ring

@@ -92,10 +92,12 @@ void ConnectedComponentCalculator::obtain_blob_contours_one_by_one(const common:
     points.reserve(points.size() + 100 * size());
     std::vector<int> xs;
     std::vector<int> ys;
+    std::vector<signed char> grid;
+    std::vector<int> cells;
     for (iterator it = begin(); it != end(); ++it) {
         xs.clear();
         ys.clear();
-        it->get_boundary(xs, ys, true);
+        it->get_boundary(xs, ys, true, grid, cells);
         for (std::size_t i = 0; i < xs.size(); ++i) points.emplace_back(xs[i], ys[i]);
     }
 }
