@@ -18,7 +18,9 @@ geometric::ConnectedComponentCalculator& calculator_of(void* handle) {
 // A view on the caller's buffer; nothing is copied.
 class View : public common::BasicImage {
 public:
-    explicit View(const ImageCApi* image) { morvane::ImageCApiTransformer::transform_c_api_image_to_image(*image, *this); }
+    explicit View(const ImageCApi* image) {
+        morvane::ImageCApiTransformer::transform_c_api_image_to_image(*image, *this);
+    }
 };
 
 }  // namespace
