@@ -21,27 +21,6 @@ void chain(std::vector<Stroke>& strokes) {
 
 }  // namespace
 
-TEST(BinaryConnectedComponent, NewStrokeHasTheWideOpenBoxAndNoLinks) {
-    const Stroke stroke;
-    EXPECT_EQ(stroke.box.right, -1000);
-    EXPECT_EQ(stroke.box.bottom, -1000);
-    EXPECT_EQ(stroke.box.left, 100000);
-    EXPECT_EQ(stroke.box.top, 100000);
-    EXPECT_EQ(stroke.pixels, 0u);
-    EXPECT_EQ(stroke.previous, nullptr);
-    EXPECT_EQ(stroke.next, nullptr);
-    EXPECT_EQ(stroke.cached_first, nullptr);
-    EXPECT_EQ(stroke.cached_last, nullptr);
-}
-
-TEST(BinaryConnectedComponent, LoneStrokeIsItsOwnHeadAndTailWithoutShortcuts) {
-    Stroke stroke;
-    EXPECT_EQ(stroke.get_first_element(), &stroke);
-    EXPECT_EQ(stroke.get_last_element(), &stroke);
-    EXPECT_EQ(stroke.cached_first, nullptr);
-    EXPECT_EQ(stroke.cached_last, nullptr);
-}
-
 TEST(BinaryConnectedComponent, FindStoresTheHeadInEveryStrokePassed) {
     std::vector<Stroke> strokes(5);
     chain(strokes);

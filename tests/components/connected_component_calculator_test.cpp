@@ -246,21 +246,6 @@ TEST(ConnectedComponentCalculator, PoolArraysDoubleAndStrokesNeverMove) {
     }
 }
 
-TEST(ConnectedComponentCalculator, StoredRunsPointIntoTheSharedRunsOfTheImage) {
-    const common::BasicImage image = binary_from_text({
-        ".##.",
-        "####",
-    });
-    ConnectedComponentCalculator calculator;
-    const std::vector<Stroke*> heads = form(calculator, image);
-    const std::shared_ptr<RunsInImage> runs = calculator.get_runs_in_image();
-    ASSERT_TRUE(runs);
-    ASSERT_EQ(heads.size(), 1u);
-    ASSERT_EQ(heads[0]->runs.size(), 2u);
-    EXPECT_EQ(heads[0]->runs[0].first, &(*runs)[0][0]);
-    EXPECT_EQ(heads[0]->runs[1].first, &(*runs)[1][0]);
-}
-
 TEST(ConnectedComponentCalculator, ImageWithoutLinesFormsNothing) {
     const common::BasicImage image;
     ConnectedComponentCalculator calculator;

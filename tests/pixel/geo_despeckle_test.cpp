@@ -81,11 +81,3 @@ TEST(GeoDespeckle, IsolatedPixelGoesUnlessOnTheFrameOrInAnOuterByte) {
     }
 }
 
-TEST(GeoDespeckle, PixelWithOneNeighbourAcrossAByteBoundarySurvives) {
-    common::BasicImage image(5, 40, common::BINARY);
-    image.set_pixel(15, 2, 1);
-    image.set_pixel(16, 3, 1);  // diagonal, in the next byte
-    GeoDespeckle::removeIsolatedPixel(image, image);
-    EXPECT_EQ(image.get_pixel(15, 2), 1u);
-    EXPECT_EQ(image.get_pixel(16, 3), 1u);
-}
