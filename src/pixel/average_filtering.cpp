@@ -9,6 +9,10 @@
 #include <cstring>
 #include <string>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace geometric {
 
 namespace {
@@ -42,11 +46,30 @@ public:
         multiplier = (uint64_t(1) << shift) / d + 1;
     }
     uint32_t operator()(uint32_t n) const { return static_cast<uint32_t>((n * multiplier) >> shift); }
+#if defined(__SSE2__)
+    // Four quotients at once. The multiplier stays below 2^32 (about
+    // 2 max_numerator / d) and every quotient below 256, so the 64-bit
+    // products of the even and odd lanes can be shifted and interleaved.
+    __m128i divide4(__m128i n) const {
+        const __m128i m = _mm_set1_epi32(static_cast<int>(static_cast<uint32_t>(multiplier)));
+        const __m128i count = _mm_cvtsi32_si128(shift);
+        const __m128i even = _mm_srl_epi64(_mm_mul_epu32(n, m), count);
+        const __m128i odd = _mm_srl_epi64(_mm_mul_epu32(_mm_srli_epi64(n, 32), m), count);
+        return _mm_or_si128(even, _mm_slli_epi64(odd, 32));
+    }
+#endif
 
 private:
     int shift;
     uint64_t multiplier;
 };
+
+// Bytes of sixteen quotients below 256.
+#if defined(__SSE2__)
+inline __m128i pack_quotients(__m128i q0, __m128i q1, __m128i q2, __m128i q3) {
+    return _mm_packus_epi16(_mm_packs_epi32(q0, q1), _mm_packs_epi32(q2, q3));
+}
+#endif
 
 // The truncating mean sum / area.
 struct TruncatingMean {
@@ -101,6 +124,30 @@ void mirror_block(const common::Image& input, int pad_x, int pad_y, int first_co
                         static_cast<size_t>(inner_end - inner_begin));
         for (p = inner_end; p < columns; ++p) line[p] = source[mirror(first_column + p - pad_x, width)];
     }
+}
+
+// sums[j] += entering[j] - leaving[j] over count columns; leaving may be null.
+void slide_column_sums(uint32_t* sums, const unsigned char* entering, const unsigned char* leaving, int count) {
+    int j = 0;
+#if defined(__SSE2__)
+    const __m128i zero = _mm_setzero_si128();
+    for (; j + 16 <= count; j += 16) {
+        const __m128i in = _mm_loadu_si128(reinterpret_cast<const __m128i*>(entering + j));
+        const __m128i out = leaving != nullptr ? _mm_loadu_si128(reinterpret_cast<const __m128i*>(leaving + j)) : zero;
+        // Differences of bytes fit 16 bits; widen them with their sign.
+        const __m128i low = _mm_sub_epi16(_mm_unpacklo_epi8(in, zero), _mm_unpacklo_epi8(out, zero));
+        const __m128i high = _mm_sub_epi16(_mm_unpackhi_epi8(in, zero), _mm_unpackhi_epi8(out, zero));
+        const __m128i parts[4] = {_mm_srai_epi32(_mm_unpacklo_epi16(low, low), 16),
+                                  _mm_srai_epi32(_mm_unpackhi_epi16(low, low), 16),
+                                  _mm_srai_epi32(_mm_unpacklo_epi16(high, high), 16),
+                                  _mm_srai_epi32(_mm_unpackhi_epi16(high, high), 16)};
+        for (int k = 0; k < 4; ++k) {
+            __m128i* target = reinterpret_cast<__m128i*>(sums + j + 4 * k);
+            _mm_storeu_si128(target, _mm_add_epi32(_mm_loadu_si128(target), parts[k]));
+        }
+    }
+#endif
+    for (; j < count; ++j) sums[j] += static_cast<uint32_t>(entering[j]) - (leaving != nullptr ? leaving[j] : 0u);
 }
 
 // A fresh GRAY image of the given size, or false when memory runs out.
@@ -168,8 +215,22 @@ int AverageFiltering::perform_averaging(const unsigned char* padded, int padded_
         if (t < 0) continue;
         const uint32_t* top = table.data + static_cast<size_t>(t % ring) * table_row;
         unsigned char* out = target + static_cast<ptrdiff_t>(t) * target_row;
-        for (int c = 0; c < columns; ++c)
-            out[c] = mean(below[c + window_x] - below[c] - top[c + window_x] + top[c]);
+        int c = 0;
+#if defined(__SSE2__)
+        for (; c + 16 <= columns; c += 16) {
+            __m128i q[4];
+            for (int k = 0; k < 4; ++k) {
+                const int i = c + 4 * k;
+                const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(below + i + window_x));
+                const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(below + i));
+                const __m128i e = _mm_loadu_si128(reinterpret_cast<const __m128i*>(top + i + window_x));
+                const __m128i f = _mm_loadu_si128(reinterpret_cast<const __m128i*>(top + i));
+                q[k] = mean.divide.divide4(_mm_add_epi32(_mm_sub_epi32(a, b), _mm_sub_epi32(f, e)));
+            }
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(out + c), pack_quotients(q[0], q[1], q[2], q[3]));
+        }
+#endif
+        for (; c < columns; ++c) out[c] = mean(below[c + window_x] - below[c] - top[c + window_x] + top[c]);
     }
     return 0;
 }
@@ -275,26 +336,36 @@ void AverageFiltering::use_opencv_algorithm(const common::Image& input, common::
     const int span = width + window_x - 1;
     ScratchBuffer<const unsigned char*> line(static_cast<size_t>(padded_height));
     ScratchBuffer<uint32_t> sums(static_cast<size_t>(span));
-    if (line.data == nullptr || sums.data == nullptr) return leave_empty(output);
+    ScratchBuffer<uint32_t> window(static_cast<size_t>(width));
+    if (line.data == nullptr || sums.data == nullptr || window.data == nullptr) return leave_empty(output);
     for (int q = 0; q < padded_height; ++q) line.data[q] = padded.get_data() + static_cast<ptrdiff_t>(q) * padded_width;
 
     const RoundingMean mean(static_cast<uint32_t>(window_x) * static_cast<uint32_t>(window_y));
     std::memset(sums.data, 0, static_cast<size_t>(span) * sizeof(uint32_t));
-    for (int q = 0; q < window_y - 1; ++q)
-        for (int j = 0; j < span; ++j) sums.data[j] += line.data[q][j];
+    for (int q = 0; q < window_y; ++q) slide_column_sums(sums.data, line.data[q], nullptr, span);
     for (int y = 0; y < height; ++y) {
-        const unsigned char* entering = line.data[y + window_y - 1];
-        for (int j = 0; j < span; ++j) sums.data[j] += entering[j];
+        if (y > 0) slide_column_sums(sums.data, line.data[y + window_y - 1], line.data[y - 1], span);
         unsigned char* out = result.get_data() + static_cast<ptrdiff_t>(y) * width;
         uint32_t sum = 0;
         for (int j = 0; j < window_x - 1; ++j) sum += sums.data[j];
         for (int x = 0; x < width; ++x) {
             sum += sums.data[x + window_x - 1];
-            out[x] = mean(sum);
+            window.data[x] = sum;
             sum -= sums.data[x];
         }
-        const unsigned char* leaving = line.data[y];
-        for (int j = 0; j < span; ++j) sums.data[j] -= leaving[j];
+        int x = 0;
+#if defined(__SSE2__)
+        const __m128i area = _mm_set1_epi32(static_cast<int>(mean.area));
+        for (; x + 16 <= width; x += 16) {
+            __m128i q[4];
+            for (int k = 0; k < 4; ++k) {
+                const __m128i s = _mm_loadu_si128(reinterpret_cast<const __m128i*>(window.data + x + 4 * k));
+                q[k] = mean.divide.divide4(_mm_add_epi32(area, _mm_add_epi32(s, s)));
+            }
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(out + x), pack_quotients(q[0], q[1], q[2], q[3]));
+        }
+#endif
+        for (; x < width; ++x) out[x] = mean(window.data[x]);
     }
     output.swap(result);
 }
