@@ -269,16 +269,10 @@ TEST(BoundingLineArrayTest, ClosureGapAndNeighbourGaps) {
     open.boundaries[geometric::RIGHT_BOUNDARY].points[0].y += 40;
     std::vector<double> gaps;
     open.calculate_gap_distance(gaps);
-    ASSERT_EQ(gaps.size(), 4u);
-    EXPECT_DOUBLE_EQ(gaps[0], 0.0);   // min(30, 0)
-    EXPECT_DOUBLE_EQ(gaps[1], 0.0);   // min(0, 40)
-    EXPECT_DOUBLE_EQ(gaps[2], 0.0);   // min(40, 0)
-    EXPECT_DOUBLE_EQ(gaps[3], 0.0);   // min(0, 30)
+    EXPECT_EQ(gaps, std::vector<double>(4, 0.0));  // each the smaller gap of its corner: min(30, 0), ...
     open.boundaries[geometric::TOP_BOUNDARY].points[0].x += 10;
     open.calculate_gap_distance(gaps);
-    EXPECT_DOUBLE_EQ(gaps[0], 10.0);  // min(30, 10)
-    EXPECT_DOUBLE_EQ(gaps[1], 10.0);  // min(10, 40)
-    EXPECT_DOUBLE_EQ(gaps[2], 0.0);
+    EXPECT_EQ(gaps, (std::vector<double>{10.0, 10.0, 0.0, 0.0}));  // min(30, 10), min(10, 40)
 }
 
 TEST(BoundingLineArrayTest, TrustAsPreviousWrapperNeedsThreeRegularBoundariesWithoutGreyFailure) {

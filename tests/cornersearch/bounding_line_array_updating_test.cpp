@@ -159,32 +159,30 @@ TEST_F(BoundaryUpdatingTest, FourthLineCompletesThreeOrIsRolledBackByteForByte) 
     }
 }
 
-TEST_F(BoundaryUpdatingTest, CandidateForAnOccupiedSideOrAWrongCountChangesNothing) {
-    BoundingLineArrayWrapper three = page_array();
-    three.boundaries[geometric::BOTTOM_BOUNDARY].clear();
-    const BoundingLineArrayWrapper before = three;
-    BoundingLine occupied = side_at(geometric::TOP_BOUNDARY, 2);
-    EXPECT_FALSE(three.update_with_potential_boundary(occupied, false));
-    EXPECT_EQ(state_difference(three, before), "");
-
-    BoundingLineArrayWrapper one(image);
-    one.boundaries[geometric::TOP_BOUNDARY] = side_at(geometric::TOP_BOUNDARY, 0);
-    const BoundingLineArrayWrapper lone = one;
-    BoundingLine left = side_at(geometric::LEFT_BOUNDARY, 0);
-    EXPECT_FALSE(one.update_with_potential_boundary(left, false));
-    EXPECT_EQ(state_difference(one, lone), "");
-}
-
-TEST_F(BoundaryUpdatingTest, ThirdLineIsKeptWhenItCrossesButTheAnswerIsFalse) {
-    BoundingLineArrayWrapper pair(image);
-    pair.boundaries[geometric::LEFT_BOUNDARY] = side_at(geometric::LEFT_BOUNDARY, 0);
-    pair.boundaries[geometric::RIGHT_BOUNDARY] = side_at(geometric::RIGHT_BOUNDARY, 0);
-    const BoundingLineArrayWrapper before = pair;
-
-    BoundingLine dark_top = side_at(geometric::TOP_BOUNDARY, 15);
-    EXPECT_FALSE(pair.update_with_potential_boundary(dark_top, false));
-    EXPECT_EQ(state_difference(pair, before), "");
-
+TEST_F(BoundaryUpdatingTest, CandidateThatCannotHelpChangesNothing) {
+    struct Case {
+        const char* what;
+        const char* slots;  // of the page kept before the candidate comes
+        BoundingLine candidate;
+    };
+    const Case cases[] = {
+        {"a side already held", "LTR-", side_at(geometric::TOP_BOUNDARY, 2)},
+        {"a single boundary held", "-T--", side_at(geometric::LEFT_BOUNDARY, 0)},
+        {"a third line on the dark side", "L-R-", side_at(geometric::TOP_BOUNDARY, 15)},
+    };
+    for (const Case& c : cases) {
+        BoundingLineArrayWrapper wrapper = page_array();
+        for (int k = 0; k < 4; ++k)
+            if (c.slots[k] == '-') wrapper.boundaries[k].clear();
+        const BoundingLineArrayWrapper before = wrapper;
+        BoundingLine candidate = c.candidate;
+        EXPECT_FALSE(wrapper.update_with_potential_boundary(candidate, false)) << c.what;
+        EXPECT_EQ(state_difference(wrapper, before), "") << c.what;
+    }
+    // A good third line that crosses the pair is kept, though the answer is false.
+    BoundingLineArrayWrapper pair = page_array();
+    pair.boundaries[geometric::TOP_BOUNDARY].clear();
+    pair.boundaries[geometric::BOTTOM_BOUNDARY].clear();
     BoundingLine top = side_at(geometric::TOP_BOUNDARY, 0);
     EXPECT_FALSE(pair.update_with_potential_boundary(top, false));
     EXPECT_EQ(valid_slots(pair), "LTR-");

@@ -37,20 +37,6 @@ TEST(BoundingLineTest, ConstructorPutsTheFirstTwoPointsInReadingOrder) {
     }
 }
 
-TEST(BoundingLineTest, ClearingEmptiesTheSlotButKeepsTheType) {
-    geometric::GeolineBasePoints<int> source(geometric::GeolineBase(1.0, 0.0, -4.0));
-    source.points = {{4, 0}, {4, 30}};
-    BoundingLine line(geometric::LEFT_BOUNDARY, source, geometric::WEAK_BOUNDING_LINE);
-    EXPECT_DOUBLE_EQ(line.polyline_length(), 30.0);
-    line.clear();
-    EXPECT_FALSE(line.is_valid());
-    EXPECT_TRUE(line.points.empty());
-    EXPECT_EQ(line.line.a, 0.0);
-    EXPECT_EQ(line.line.c, 0.0);
-    EXPECT_EQ(line.type, geometric::WEAK_BOUNDING_LINE);
-    EXPECT_DOUBLE_EQ(line.polyline_length(), 0.0);
-}
-
 geometric::BoundingLine record(geometric::BoundingLinePosition position, double a, double b, double c, float x1,
                                float y1, float x2, float y2) {
     geometric::BoundingLine line;

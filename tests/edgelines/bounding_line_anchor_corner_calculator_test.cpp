@@ -30,11 +30,7 @@ TEST(BoundingLineAnchorCornerCalculator, AnchorAtTheMiddleKeptInsideTheImage) {
         EXPECT_EQ(anchor.x, c.x) << c.what;
         EXPECT_EQ(anchor.y, c.y) << c.what;
     }
-}
-
-TEST(BoundingLineAnchorCornerCalculator, NoSideLeavesTheAnchorAlone) {
-    const BoundingLineAnchorCornerCalculator calculator(100, 100);
-    Geocoordinate<float> anchor(-9, -9);
+    Geocoordinate<float> anchor(-9, -9);  // no side: refused, left alone
     EXPECT_EQ(calculator.obtainAnchorPoint(GeolineBase(1, 0, -5), INVALID_BOUNDARY, anchor), 0);
     EXPECT_EQ(anchor.x, -9.0f);
     EXPECT_EQ(anchor.y, -9.0f);

@@ -27,16 +27,8 @@ BoundingLine at_side(BoundingLinePosition position, float x1, float y1) {
 
 }  // namespace
 
-TEST(BoundingLineJudger, CentreUsesIntegerDivision) {
-    const BoundingLineJudger judger(401, 301);
-    EXPECT_EQ(judger.centre_x, 200.0f);
-    EXPECT_EQ(judger.centre_y, 150.0f);
-    EXPECT_EQ(judger.image_width, 401);
-    EXPECT_EQ(judger.image_height, 301);
-}
-
 TEST(BoundingLineJudger, SingleLineSideByItsFirstEnd) {
-    BoundingLineJudger judger(401, 301);  // centre (200, 150)
+    BoundingLineJudger judger(401, 301);  // centre (200, 150) by integer division
     struct Case {
         float x1, y1, x2, y2;
         BoundingLinePosition vertical, horizontal;

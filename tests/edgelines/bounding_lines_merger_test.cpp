@@ -40,46 +40,37 @@ void expect_records(const std::vector<BoundingLine>& actual, const std::vector<B
 
 }  // namespace
 
-TEST(BoundingLinesMerger, LongerSupportReplacesTheHeldLineOfItsSide) {
-    std::vector<BoundingLine> lines{record(TOP_BOUNDARY, 100, 10), record(LEFT_BOUNDARY, 80, 20),
-                                    record(BOTTOM_BOUNDARY, 90, 30)};
-    const std::vector<BoundingLine> others{
-        record(TOP_BOUNDARY, 101, 11),    // one longer: replaces
-        record(LEFT_BOUNDARY, 80, 21),    // equal: the held line stays
-        record(BOTTOM_BOUNDARY, 89, 31),  // shorter: the held line stays
-        record(RIGHT_BOUNDARY, 50, 41),   // a new side: appended
+TEST(BoundingLinesMerger, MergeTable) {
+    struct Case {
+        const char* what;
+        std::vector<BoundingLine> lines, others, expected;
     };
-    BoundingLinesMerger::merge_bounding_lines(lines, others);
-    expect_records(lines, {record(TOP_BOUNDARY, 101, 11), record(LEFT_BOUNDARY, 80, 20),
-                           record(BOTTOM_BOUNDARY, 90, 30), record(RIGHT_BOUNDARY, 50, 41)});
-}
-
-TEST(BoundingLinesMerger, EveryHeldRecordOfTheSideTakesPart) {
-    // Two held top lines: each is judged against the new one by itself.
-    std::vector<BoundingLine> lines{record(TOP_BOUNDARY, 40, 1), record(TOP_BOUNDARY, 70, 2)};
-    BoundingLinesMerger::merge_bounding_lines(lines, {record(TOP_BOUNDARY, 60, 3)});
-    expect_records(lines, {record(TOP_BOUNDARY, 60, 3), record(TOP_BOUNDARY, 70, 2)});
-}
-
-TEST(BoundingLinesMerger, NewSidesArriveAfterThePass) {
-    // A side repeated in `others` adds each of its records: none is merged
-    // into one that came in the same call.
-    std::vector<BoundingLine> lines{record(TOP_BOUNDARY, 40, 1)};
-    BoundingLinesMerger::merge_bounding_lines(
-        lines, {record(RIGHT_BOUNDARY, 10, 2), record(RIGHT_BOUNDARY, 90, 3), record(TOP_BOUNDARY, 50, 4)});
-    expect_records(lines, {record(TOP_BOUNDARY, 50, 4), record(RIGHT_BOUNDARY, 10, 2),
-                           record(RIGHT_BOUNDARY, 90, 3)});
-}
-
-TEST(BoundingLinesMerger, EmptyListsOnEitherSide) {
-    const std::vector<BoundingLine> held{record(LEFT_BOUNDARY, 5, 1), record(TOP_BOUNDARY, 6, 2)};
-    std::vector<BoundingLine> lines = held;
-    BoundingLinesMerger::merge_bounding_lines(lines, {});
-    expect_records(lines, held);
-
-    const std::vector<BoundingLine> others{record(LEFT_BOUNDARY, 5, 1), record(LEFT_BOUNDARY, 9, 2),
-                                           record(BOTTOM_BOUNDARY, 3, 3)};
-    lines.clear();
-    BoundingLinesMerger::merge_bounding_lines(lines, others);
-    expect_records(lines, others);
+    const Case cases[] = {
+        // One longer replaces, equal or shorter leave the held line, a new side is appended.
+        {"by support length",
+         {record(TOP_BOUNDARY, 100, 10), record(LEFT_BOUNDARY, 80, 20), record(BOTTOM_BOUNDARY, 90, 30)},
+         {record(TOP_BOUNDARY, 101, 11), record(LEFT_BOUNDARY, 80, 21), record(BOTTOM_BOUNDARY, 89, 31),
+          record(RIGHT_BOUNDARY, 50, 41)},
+         {record(TOP_BOUNDARY, 101, 11), record(LEFT_BOUNDARY, 80, 20), record(BOTTOM_BOUNDARY, 90, 30),
+          record(RIGHT_BOUNDARY, 50, 41)}},
+        {"every held record of the side is judged by itself",
+         {record(TOP_BOUNDARY, 40, 1), record(TOP_BOUNDARY, 70, 2)},
+         {record(TOP_BOUNDARY, 60, 3)},
+         {record(TOP_BOUNDARY, 60, 3), record(TOP_BOUNDARY, 70, 2)}},
+        {"new sides arrive after the pass, none merged into one of the same call",
+         {record(TOP_BOUNDARY, 40, 1)},
+         {record(RIGHT_BOUNDARY, 10, 2), record(RIGHT_BOUNDARY, 90, 3), record(TOP_BOUNDARY, 50, 4)},
+         {record(TOP_BOUNDARY, 50, 4), record(RIGHT_BOUNDARY, 10, 2), record(RIGHT_BOUNDARY, 90, 3)}},
+        {"nothing to merge", {record(LEFT_BOUNDARY, 5, 1), record(TOP_BOUNDARY, 6, 2)}, {},
+         {record(LEFT_BOUNDARY, 5, 1), record(TOP_BOUNDARY, 6, 2)}},
+        {"nothing held", {},
+         {record(LEFT_BOUNDARY, 5, 1), record(LEFT_BOUNDARY, 9, 2), record(BOTTOM_BOUNDARY, 3, 3)},
+         {record(LEFT_BOUNDARY, 5, 1), record(LEFT_BOUNDARY, 9, 2), record(BOTTOM_BOUNDARY, 3, 3)}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        std::vector<BoundingLine> lines = c.lines;
+        BoundingLinesMerger::merge_bounding_lines(lines, c.others);
+        expect_records(lines, c.expected);
+    }
 }

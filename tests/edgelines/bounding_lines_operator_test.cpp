@@ -112,13 +112,9 @@ TEST(BoundingLinesOperator, MeanAnglesOfEachFamily) {
     EXPECT_TRUE(std::isnan(BoundingLinesOperator::getVerticalAngle(wrapped, q)));
 }
 
-TEST(BoundingLinesOperator, SegmentLengthSum) {
-    std::vector<BoundingLine> lines = closed_frame();
-    EXPECT_EQ(BoundingLinesOperator::obtainSegmentLenSum(lines), 1280);
-}
-
 TEST(BoundingLinesOperator, CornersWhereTheSidesCross) {
     std::vector<BoundingLine> lines = closed_frame();
+    EXPECT_EQ(BoundingLinesOperator::obtainSegmentLenSum(lines), 1280);
     BoundingLineProperty p = indexed(lines);
     Corners corners{{5, 5}};
     BoundingLinesOperator::obtainBoundingLineControlPoints(lines, p, corners);

@@ -160,20 +160,6 @@ TEST(CornerCalculators, ReferencePointsByZone) {
     }
 }
 
-TEST(CornerCalculators, OneVanishingPointCornersKnownByConstruction) {
-    // 100 x 100: from (-99, 49.5) the lines through the left corners have
-    // slopes -0.5 and 0.5; from (49.5, -99) those through the top corners -2 and 2.
-    const CornerCalculatorProjective calculator(100, 100);
-    Corners corners;
-    ASSERT_TRUE(calculator.estimate_horizontal_virtual_corners(VPoint(-99, 49.5), corners));
-    expect_corners(corners, {{0, 0}, {99, -49.5f}, {99, 148.5f}, {0, 99}}, 1e-4f, "horizontal");
-    ASSERT_TRUE(calculator.estimate_vertical_virtual_corners(VPoint(49.5, -99), corners));
-    expect_corners(corners, {{0, 0}, {99, 0}, {148.5f, 99}, {-49.5f, 99}}, 1e-4f, "vertical");
-    // The flags choose the form.
-    ASSERT_TRUE(calculator.estimate_virtual_corners(VPoint(49.5, 49.5), VPoint(49.5, -99), false, true, corners));
-    expect_corners(corners, {{0, 0}, {99, 0}, {148.5f, 99}, {-49.5f, 99}}, 1e-4f, "vertical by flags");
-}
-
 TEST(CornerCalculators, AnchorsOnAProjectedRectangleGiveBackItsCorners) {
     for (const Homography& view : kViews) {
         const Corners page{view.map(0, 0), view.map(400, 0), view.map(400, 300), view.map(0, 300)};
@@ -219,7 +205,10 @@ TEST(CornerCalculators, VirtualCornersOfAProjectedRectangleEncloseTheImage) {
     }
 }
 
-TEST(CornerCalculators, FalseLeavesTheCornersAlone) {
+// Every refusal is a plain false that leaves the corners as they were.
+TEST(CornerCalculators, RefusalsAndDegenerateDirectionsLeaveTheCornersAlone) {
+    const double inf = std::numeric_limits<double>::infinity();
+    const double nan = std::numeric_limits<double>::quiet_NaN();
     const CornerCalculatorProjective calculator(kWidth, kHeight);
     const VPoint centre(320, 240), above(320, -500), left(-500, 240);
     Corners corners = kSentinel;
@@ -228,40 +217,23 @@ TEST(CornerCalculators, FalseLeavesTheCornersAlone) {
     EXPECT_FALSE(calculator.estimate_virtual_corners(left, left, false, true, corners));    // zone 3, vertical
     EXPECT_FALSE(calculator.estimate_virtual_corners(centre, centre, true, true, corners));
     EXPECT_FALSE(calculator.estimate_virtual_corners(left, centre, true, true, corners));
+    EXPECT_FALSE(calculator.estimate_virtual_corners(VPoint(nan, nan), VPoint(nan, 0), true, true, corners));
+    // The left side of a point just above the top-left corner is vertical, the right runs along the top edge.
+    EXPECT_FALSE(calculator.estimate_vertical_virtual_corners(VPoint(0, -1e-20), corners));
+    // Parallel sides from one point on a diagonal through two image corners.
+    EXPECT_FALSE(calculator.estimate_two_direction_virtual_corners(VPoint(-kW, -kH), VPoint(-kW, -kH), corners));
     CornerCalculatorParallelMixedProjective mixed(kWidth, kHeight);
     EXPECT_FALSE(mixed.estimate_mixed_virtual_corners(VERTICAL_DIRECTION, centre, corners, 0.0f));
     EXPECT_FALSE(mixed.estimate_mixed_virtual_corners(HORIZONTAL_DIRECTION, above, corners, 90.0f));
     expect_corners(corners, kSentinel, 0.0f, "untouched");
-}
-
-TEST(CornerCalculators, DegenerateDirectionsDoNotFault) {
-    const double inf = std::numeric_limits<double>::infinity();
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    const CornerCalculatorProjective calculator(kWidth, kHeight);
-    Corners corners = kSentinel;
-    // Not a number counts as inside: refused.
-    EXPECT_FALSE(calculator.estimate_virtual_corners(VPoint(nan, nan), VPoint(nan, 0), true, true, corners));
-    expect_corners(corners, kSentinel, 0.0f, "not a number");
     // Infinitely far points make whatever the arithmetic gives; no fault.
     calculator.estimate_virtual_corners(VPoint(inf, 100), VPoint(100, -inf), true, true, corners);
-    // A vertical point just above the top-left corner: the left side is
-    // exactly vertical, but the right side runs along the top edge and never
-    // crosses it.
-    corners = kSentinel;
-    EXPECT_FALSE(calculator.estimate_vertical_virtual_corners(VPoint(0, -1e-20), corners));
-    expect_corners(corners, kSentinel, 0.0f, "side along the top edge");
 
-    // Coincident sides: both points and the left and top anchors on one line.
+    // Coincident sides from anchors: the list is emptied first.
     CornerCalculatorMixedFromAnchorPoints anchors(kWidth, kHeight);
-    corners = kSentinel;
     EXPECT_FALSE(anchors.identifyTwoDirectionInputCorners(VPoint(-100, -100), VPoint(-100, -100), Point(0, 0),
                                                           Point(600, 20), Point(0, 0), Point(20, 400), corners));
-    EXPECT_TRUE(corners.empty());  // emptied first
-    // The same through the estimate: parallel sides from one point on a
-    // diagonal through two image corners.
-    corners = kSentinel;
-    EXPECT_FALSE(calculator.estimate_two_direction_virtual_corners(VPoint(-kW, -kH), VPoint(-kW, -kH), corners));
-    expect_corners(corners, kSentinel, 0.0f, "coincident sides");
+    EXPECT_TRUE(corners.empty());
 }
 
 TEST(CornerCalculators, AxisThresholdsOfTheAnchorForms) {
@@ -382,7 +354,9 @@ TEST(CornerCalculators, AnchorFormsChosenByTheirFlags) {
     expect_side_through(corners[0], corners[3], VPoint(300, -5000), "left through the vertical point");
 }
 
-TEST(CornerCalculators, CorrespondingPairs) {
+// 100 x 100: from (-99, 49.5) the lines through the left corners have slopes
+// -0.5 and 0.5; from (49.5, -99) those through the top corners -2 and 2.
+TEST(CornerCalculators, CorrespondingPairsKnownByConstruction) {
     const CornerCalculatorProjective calculator(100, 100);
     const Corners image{{0, 0}, {99, 0}, {99, 99}, {0, 99}};
     Corners virtual_corners, image_corners;
@@ -392,6 +366,9 @@ TEST(CornerCalculators, CorrespondingPairs) {
     expect_corners(virtual_corners, {{0, 0}, {99, -49.5f}, {99, 148.5f}, {0, 99}}, 1e-4f, "horizontal pairs");
     ASSERT_TRUE(calculator.estimate_cp_pairs(VPoint(49.5, -99), VERTICAL_DIRECTION, virtual_corners, image_corners));
     expect_corners(virtual_corners, {{0, 0}, {99, 0}, {148.5f, 99}, {-49.5f, 99}}, 1e-4f, "vertical pairs");
+    ASSERT_TRUE(calculator.estimate_virtual_corners(VPoint(49.5, 49.5), VPoint(49.5, -99), false, true,
+                                                    virtual_corners));
+    expect_corners(virtual_corners, {{0, 0}, {99, 0}, {148.5f, 99}, {-49.5f, 99}}, 1e-4f, "vertical by flags");
     // A refused point still yields the image corners.
     image_corners.clear();
     virtual_corners = kSentinel;

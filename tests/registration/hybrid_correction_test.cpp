@@ -67,17 +67,14 @@ TEST(HybridRun, RefusedImageGivesZeroFromTheProgramAndMinusOneFromTheEdgeSearch)
     EXPECT_EQ(driver.run_feature_searching(), -1);
 }
 
-TEST(HybridRun, BgraEndsTheProgramWithZeroButLeavesTheEdgeSearch) {
-    BasicImage image(30, 30, common::BGRA);
-    HybridRegistration driver(&image);
-    EXPECT_EQ(driver.run_program(), 0);
+TEST(HybridRun, BgraAndAFeatureSearchBeforeTheEdgeSearchThrow) {
+    BasicImage bgra(30, 30, common::BGRA);
+    HybridRegistration driver(&bgra);
+    EXPECT_EQ(driver.run_program(), 0);  // the program ends with zero, the edge search throws
     EXPECT_THROW(driver.run_edge_searching(true), const char*);
-}
-
-TEST(HybridRun, FeatureSearchBeforeTheEdgeSearchIsAnError) {
     BasicImage image = gray_image(40, 60, 200);
-    HybridRegistration driver(&image);
-    EXPECT_THROW(driver.run_feature_searching(), const char*);
+    HybridRegistration early(&image);
+    EXPECT_THROW(early.run_feature_searching(), const char*);
 }
 
 TEST(HybridRun, EdgeParametersAreHandedDown) {
@@ -91,57 +88,43 @@ TEST(HybridRun, EdgeParametersAreHandedDown) {
     EXPECT_FALSE(driver.edge_registration->para.use_edge_corners);
 }
 
-class HybridFill : public ::testing::Test {
-protected:
-    HybridFill() : image(gray_image(40, 40, 200)), driver(&image) {
+// Output pixel (0, 0) takes the fill colour: the caller's, the brightest pixel
+// under marked reset corners, or else the correction's own (the paper's 200).
+TEST(HybridFill, SourcesOfTheColourTable) {
+    struct Case {
+        const char* what;
+        bool callers_colour, corners_found_first;
+        ControlPointCorners corners;
+        unsigned expected;
+    };
+    const Case cases[] = {
+        {"the caller's colour comes first", true, true, kPartlyOutside, 7},
+        {"marked reset: the brightest pixel under the corners", false, true, kPartlyOutside, 90},
+        {"a reset on an empty list is not marked", false, false, kPartlyOutside, 200},
+        {"a diamond with every corner outside", false, true, {{-5, 20, 45, 20}, {20, -5, 20, 45}}, 200},
+    };
+    for (const Case& c : cases) {
+        BasicImage image = gray_image(40, 40, 200);
         image.set_pixel(30, 3, 90);   // under corner 1
         image.set_pixel(30, 30, 50);  // under corner 2
         image.set_pixel(2, 35, 70);   // under corner 3
-    }
-    // Output pixel (0, 0) after a correction with the corners set up by the test.
-    unsigned fill_value() {
+        HybridRegistration driver(&image);
+        unsigned char colour[1] = {7};
+        if (c.callers_colour) driver.set_filling_color(colour);
+        if (c.corners_found_first) driver.obtain_internal_corners();
+        driver.reset_four_corners(c.corners);
+        EXPECT_EQ(driver.corners_were_reset, c.corners_found_first) << c.what;
         int width = 0, height = 0;
         driver.obtain_corrected_img_dimension(width, height);
         BasicImage output(height, width, common::GRAY);
-        EXPECT_EQ(driver.perform_correction(output), 1);
-        return output.get_pixel(0, 0);
+        EXPECT_EQ(driver.perform_correction(output), 1) << c.what;
+        EXPECT_EQ(output.get_pixel(0, 0), c.expected) << c.what;
+        if (c.callers_colour) {
+            colour[0] = 9;  // kept by pointer: the next correction reads the new byte
+            driver.perform_correction(output);
+            EXPECT_EQ(output.get_pixel(0, 0), 9u);
+        }
     }
-
-    BasicImage image;
-    HybridRegistration driver;
-};
-
-TEST_F(HybridFill, CallersColourComesFirst) {
-    unsigned char colour[1] = {7};
-    driver.set_filling_color(colour);
-    driver.obtain_internal_corners();
-    driver.reset_four_corners(kPartlyOutside);
-    EXPECT_EQ(fill_value(), 7u);
-    colour[0] = 9;  // kept by pointer: the next correction reads the new byte
-    EXPECT_EQ(fill_value(), 9u);
-}
-
-TEST_F(HybridFill, ResetCornersGiveTheBrightestPixelUnderThem) {
-    driver.obtain_internal_corners();  // corners exist, so the reset is marked
-    driver.reset_four_corners(kPartlyOutside);
-    ASSERT_TRUE(driver.corners_were_reset);
-    EXPECT_EQ(fill_value(), 90u);
-}
-
-TEST_F(HybridFill, UnmarkedResetLeavesTheColourToTheCorrection) {
-    // A reset on an empty list is not marked: the page's border decides,
-    // here the paper's 200.
-    driver.reset_four_corners(kPartlyOutside);
-    ASSERT_FALSE(driver.corners_were_reset);
-    EXPECT_EQ(fill_value(), 200u);
-}
-
-TEST_F(HybridFill, CornersAllOutsideLeaveTheColourToTheCorrection) {
-    driver.obtain_internal_corners();
-    // A diamond whose corners lie outside and whose sides cross the page.
-    driver.reset_four_corners({{-5, 20, 45, 20}, {20, -5, 20, 45}});
-    ASSERT_TRUE(driver.corners_were_reset);
-    EXPECT_EQ(fill_value(), 200u);
 }
 
 TEST(HybridFillRgb, ResetCornersTakeTheBrightestByRedAndGreen) {
@@ -211,11 +194,10 @@ TEST(HybridResolution, FallsBackToThreeHundredWithoutPageAnalysis) {
     BasicImage image = gray_image(40, 60, 200);
     HybridRegistration driver(&image);
     EXPECT_EQ(driver.estimate_spatial_resolution(), 300);
-    BasicImage rgb(20, 20, common::RGB);
-    BasicImage binary(20, 20, common::BINARY);
-    EXPECT_EQ(driver.estimate_spatial_resolution(image), 300);
-    EXPECT_EQ(driver.estimate_spatial_resolution(rgb), 300);
-    EXPECT_EQ(driver.estimate_spatial_resolution(binary), 300);
+    for (common::ImageType type : {common::GRAY, common::RGB, common::BINARY}) {
+        BasicImage other(20, 20, type);
+        EXPECT_EQ(driver.estimate_spatial_resolution(other), 300) << type;
+    }
     driver.run_program();
     EXPECT_EQ(driver.estimate_spatial_resolution(), 300);
 }

@@ -260,36 +260,25 @@ TEST_F(HybridResult, FourCornersRoundByFloorOfValuePlusHalf) {
 
 TEST_F(HybridResult, ResetFourCornersMarksOnlyARealChange) {
     const ControlPointCorners given = {{5, 50, 50, 5}, {6, 6, 60, 60}};
-    // An empty list takes the corners without a mark.
-    driver.reset_four_corners(given);
+    driver.reset_four_corners(given);  // an empty list takes the corners without a mark
     EXPECT_FALSE(driver.corners_were_reset);
     EXPECT_EQ(driver.corners[2].y, 60.0f);
-    // The same corners again: no change, no mark.
-    driver.reset_four_corners(given);
+    driver.reset_four_corners(given);  // no change, no mark
     EXPECT_FALSE(driver.corners_were_reset);
-    // Different corners replace the list and are marked.
-    const ControlPointCorners other = {{5, 50, 51, 5}, {6, 6, 60, 60}};
-    driver.reset_four_corners(other);
+    driver.reset_four_corners({{5, 50, 51, 5}, {6, 6, 60, 60}});
     EXPECT_TRUE(driver.corners_were_reset);
     EXPECT_EQ(driver.corners[2].x, 51.0f);
-}
 
-TEST_F(HybridResult, ResetWithTheCornersJustFoundLeavesTheMarkOff) {
-    driver.obtain_internal_corners();  // the whole image, as after a run that found nothing
+    HybridRegistration fresh(&image);
+    fresh.obtain_internal_corners();  // the whole image, as after a run that found nothing
     ControlPointCorners found;
-    driver.obtain_four_corners(found);
-    driver.reset_four_corners(found);
-    EXPECT_FALSE(driver.corners_were_reset);
+    fresh.obtain_four_corners(found);
+    fresh.reset_four_corners(found);
+    EXPECT_FALSE(fresh.corners_were_reset);
 }
 
 TEST(HybridSetters, ClampsAndIgnoresAsTheExportedSettersSay) {
     HybridRegistration driver;
-    EXPECT_EQ(driver.binarization_method, 0);
-    EXPECT_EQ(driver.binarization_k, 0.1f);
-    EXPECT_EQ(driver.binarization_window, 35);
-    EXPECT_EQ(driver.minimum_aoi_area, 0.05f);
-    EXPECT_EQ(driver.hybrid_method, hybrid::HYBRID_EDGES_AND_FEATURES);
-
     const int methods[][2] = {{5, 1}, {-1, 0}, {0, 0}, {1, 1}, {2, 1}};
     for (const auto& m : methods) {
         driver.set_binarization_method(m[0]);
