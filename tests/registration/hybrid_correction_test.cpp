@@ -77,17 +77,6 @@ TEST(HybridRun, BgraAndAFeatureSearchBeforeTheEdgeSearchThrow) {
     EXPECT_THROW(early.run_feature_searching(), const char*);
 }
 
-TEST(HybridRun, EdgeParametersAreHandedDown) {
-    BasicImage image = gray_image(40, 60, 200);
-    HybridRegistration driver(&image);
-    driver.minimum_quadrilateral_angle = 33.0f;
-    driver.set_corner_type(false);
-    driver.run_edge_searching(true);
-    ASSERT_NE(driver.edge_registration, nullptr);
-    EXPECT_EQ(driver.edge_registration->para.minimum_quadrilateral_angle, 33.0f);
-    EXPECT_FALSE(driver.edge_registration->para.use_edge_corners);
-}
-
 // Output pixel (0, 0) takes the fill colour: the caller's, the brightest pixel
 // under marked reset corners, or else the correction's own (the paper's 200).
 TEST(HybridFill, SourcesOfTheColourTable) {

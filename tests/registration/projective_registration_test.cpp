@@ -406,16 +406,3 @@ TEST(ProjectiveRegistration, VirtualCornersRemadeFromTheDirectionThatRemains) {
     // The size measured before the remake belongs to the fanned-out corners.
     EXPECT_GT(ProjectiveRegistration::calculate_size_ratio(r.output_width, 100), r.para.maximum_size_ratio);
 }
-
-TEST(ProjectiveRegistration, VirtualCornersFromAPointInsideTheImageAreRefused) {
-    common::BasicImage image(100, 100, common::GRAY);
-    TestRegistration r(&image);
-    set_flags(r.vanishing_points, kBothVp);
-    r.vanishing_points.horizontal_point = Geocoordinate<double>(50.0, 50.0);
-    r.vanishing_points.vertical_point = Geocoordinate<double>(50.0, -500.0);
-    r.registration_output = REGISTRATION_TWO_VANISHING_POINTS;
-    r.para.use_edge_corners = false;
-    EXPECT_FALSE(r.obtain_corners());
-    EXPECT_EQ(r.registration_output, REGISTRATION_NO_GEOMETRY);
-    EXPECT_TRUE(r.corners.empty());
-}
