@@ -17,6 +17,7 @@
 #include "components/runs_in_image.h"
 #include "components/runs_in_line.h"
 #include "components/stroke_array.h"
+#include "pageanalysis/text_blob.h"
 #include "textgeometry/geobox.h"
 #include "textgeometry/geocoordinate.h"
 
@@ -111,6 +112,9 @@ public:
     // The same into a caller's array of that many entries, every one of
     // which is written; no second copy of the labels is made.
     void calculate_label_image(const common::BasicImage& image, int* labels, int border);
+    // Appends one blob a component: its whole box, its whole pixel count
+    // and its head, which the blob points to and does not own.
+    void calculate_feature_blobs(const common::BasicImage& image, std::list<TextBlob>& blobs);
     // Appends the height (width) of each component's whole box.
     void calculate_blob_heights(const common::BasicImage& image, std::vector<int>& heights);
     void calculate_blob_widths(const common::BasicImage& image, std::vector<int>& widths);

@@ -55,6 +55,12 @@ void ConnectedComponentCalculator::write_labels(int* labels, std::size_t framed_
     }
 }
 
+void ConnectedComponentCalculator::calculate_feature_blobs(const common::BasicImage& image,
+                                                           std::list<TextBlob>& blobs) {
+    formulate_if_empty(image);
+    for (iterator it = begin(); it != end(); ++it) blobs.emplace_back(it->get_bounding_box(), it->count_pixel(), &*it);
+}
+
 void ConnectedComponentCalculator::calculate_blob_heights(const common::BasicImage& image,
                                                           std::vector<int>& heights) {
     formulate_if_empty(image);

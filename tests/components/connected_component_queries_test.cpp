@@ -2,6 +2,7 @@
 // selected drawing with its duplicate rule, largest blobs, scale maps.
 #include <gtest/gtest.h>
 
+#include <list>
 #include <map>
 #include <random>
 #include <string>
@@ -284,4 +285,41 @@ TEST(ConnectedComponentQueries, ScaleImageLevelsOutsideTheTablesThrow) {
     EXPECT_EQ(e.create_scale_img(5, scale, binary, 0, 1, true, 9.0, 0.0), 0);
     EXPECT_EQ(scale.get_pixel(31, 31), 6u);
     EXPECT_EQ(scale.get_pixel(32, 0), 0u);
+}
+
+TEST(ConnectedComponentQueriesTest, FeatureBlobsCarryWholeBoxAreaAndHeadInEnumerationOrder) {
+    // The "Y" seen from above: the second lower run opens a stroke that
+    // becomes the head, so box and area must come from the whole chain.
+    const common::BasicImage image = binary_from_text({
+        "#####....",
+        "#...#....",
+        "#...#..##",
+        ".......##",
+    });
+    ConnectedComponentCalculator calculator;
+    std::list<TextBlob> blobs;
+    calculator.calculate_feature_blobs(image, blobs);
+    ASSERT_EQ(blobs.size(), 2u);
+    ASSERT_EQ(calculator.size(), 2u);
+    ConnectedComponentCalculator::iterator head = calculator.begin();
+    for (const TextBlob& blob : blobs) {
+        EXPECT_EQ(blob.component, &*head);
+        EXPECT_EQ(blob.component->previous, nullptr);
+        ++head;
+    }
+    const TextBlob& frame = blobs.front().area == 9 ? blobs.front() : blobs.back();
+    const TextBlob& square = blobs.front().area == 9 ? blobs.back() : blobs.front();
+    EXPECT_EQ(frame.area, 9u);
+    EXPECT_EQ(frame.box.left, 0);
+    EXPECT_EQ(frame.box.right, 4);
+    EXPECT_EQ(frame.box.top, 0);
+    EXPECT_EQ(frame.box.bottom, 2);
+    EXPECT_EQ(square.area, 4u);
+    EXPECT_EQ(square.box.left, 7);
+    EXPECT_EQ(square.box.top, 2);
+    EXPECT_EQ(square.box.bottom, 3);
+    // A second call appends without forming again.
+    calculator.calculate_feature_blobs(image, blobs);
+    EXPECT_EQ(blobs.size(), 4u);
+    EXPECT_EQ(calculator.size(), 2u);
 }

@@ -1,0 +1,179 @@
+// Blob shape from second moments: angles and eccentricities of bars whose
+// moments are known by hand, and the line along a slim upright blob.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <list>
+#include <vector>
+
+#include "blob_scenes.h"
+#include "pageanalysis/text_blob_examiner.h"
+
+using namespace geometric;
+using namespace test_support;
+
+namespace {
+
+constexpr double kPi = 3.14159265358979323846;
+
+// Angle of the main axis in image terms and eccentricity, from moments a, b
+// and c by the half-angle formula and the eigenvalues, a route apart from
+// the examiner's.
+double axis_angle(double a, double b, double c) {
+    const double theta = 0.5 * std::atan2(2.0 * c, a - b) * 180.0 / kPi;
+    return theta > 0.0 ? 180.0 - theta : -theta;
+}
+double eigen_eccentricity(double a, double b, double c) {
+    const double root = std::sqrt((a - b) * (a - b) + 4.0 * c * c);
+    const double major = 0.5 * (a + b + root);
+    const double minor = 0.5 * (a + b - root);
+    return std::sqrt(1.0 - minor / major);
+}
+
+struct OneBlob {
+    ConnectedComponentCalculator calculator;
+    TextBlob blob;
+    TextBlobExaminer::TextBlobFeature feature;
+
+    explicit OneBlob(const std::vector<std::pair<int, int>>& pixels) {
+        common::BasicImage image(40, 40, common::BINARY);
+        draw_pixels(image, pixels);
+        const std::list<TextBlob> blobs = form_blobs(calculator, image);
+        EXPECT_EQ(blobs.size(), 1u);
+        blob = blobs.front();
+        TextBlobExaminer::get_features_from_blob(blob, feature);
+    }
+};
+
+}  // namespace
+
+// Moments by hand, with 1/12 for the pixel's own spread:
+//   staircase of 5 runs of 2: a = 25/3, b = 25/12, c = +-4;
+//   diagonal of 10 pixels: a = b = 100/12, c = +-99/12;
+//   upright bar 1 x 12: a = 1/12, b = 144/12, c = 0.
+TEST(TextBlobExaminerTest, AnglesAndEccentricitiesOfBarsMatchTheirMomentsWorkedOutByHand) {
+    struct Case {
+        const char* name;
+        std::vector<std::pair<int, int>> pixels;
+        double a, b, c;
+        double angle;
+    };
+    const double stair = axis_angle(25.0 / 3.0, 25.0 / 12.0, 4.0);
+    const Case cases[] = {
+        {"rising staircase", staircase(5, 5, 5, 2, true), 25.0 / 3.0, 25.0 / 12.0, 4.0, stair},
+        {"falling staircase", staircase(5, 5, 5, 2, false), 25.0 / 3.0, 25.0 / 12.0, -4.0, 180.0 - stair},
+        {"rising diagonal", staircase(5, 5, 10, 1, true), 100.0 / 12.0, 100.0 / 12.0, 99.0 / 12.0, 135.0},
+        {"falling diagonal", staircase(5, 5, 10, 1, false), 100.0 / 12.0, 100.0 / 12.0, -99.0 / 12.0, 45.0},
+    };
+    EXPECT_NEAR(stair, 180.0 - 26.00063, 1e-4);  // atan(1.28) / 2 is 26.00063 degrees
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const OneBlob one(c.pixels);
+        EXPECT_NEAR(one.feature.variance_x, c.a, 1e-12);
+        EXPECT_NEAR(one.feature.variance_y, c.b, 1e-12);
+        EXPECT_NEAR(one.feature.covariance, c.c, 1e-12);
+        EXPECT_NEAR(TextBlobExaminer::get_blob_angle(one.feature), c.angle, 1e-4);
+        EXPECT_NEAR(TextBlobExaminer::get_blob_eccentricity(one.feature), eigen_eccentricity(c.a, c.b, c.c), 1e-12);
+    }
+    // The diagonal's eccentricity in closed form: sqrt(2 (n^2 - 1) / (2 n^2 - 1)).
+    const OneBlob diagonal(staircase(5, 5, 10, 1, true));
+    EXPECT_NEAR(TextBlobExaminer::get_blob_eccentricity(diagonal.feature), std::sqrt(198.0 / 199.0), 1e-12);
+}
+
+TEST(TextBlobExaminerTest, UprightBarIsNinetyDegreesAndFlatBarOneHundredEighty) {
+    const OneBlob upright(steep_staircase(10, 5, 12, 100));
+    EXPECT_EQ(TextBlobExaminer::get_blob_angle(upright.feature), 90.0f);
+    EXPECT_NEAR(TextBlobExaminer::get_blob_eccentricity(upright.feature), std::sqrt(143.0 / 144.0), 1e-12);
+    // A flat bar's axis angle comes out as 180, not 0: t = 0 is not negative.
+    const OneBlob flat(staircase(5, 5, 1, 12, true));
+    EXPECT_EQ(TextBlobExaminer::get_blob_angle(flat.feature), 180.0f);
+}
+
+TEST(TextBlobExaminerTest, RoundBlobHasNoEccentricityAndNoAngle) {
+    const OneBlob round(disc(15, 15, 6));
+    EXPECT_EQ(TextBlobExaminer::get_blob_eccentricity(round.feature), 0.0);
+    EXPECT_EQ(TextBlobExaminer::get_blob_angle(round.feature), 0.0f);
+    // Even with no demand on eccentricity the angle keeps it out.
+    TextBlobExaminer examiner(0.0, 20.0f);
+    GeolineBasePoints<float> line;
+    double eccentricity = -1.0;
+    EXPECT_FALSE(examiner.extract_line_from_blob(round.blob, line, eccentricity));
+    EXPECT_EQ(eccentricity, -1.0);
+}
+
+TEST(TextBlobExaminerTest, RunWiseMomentsEqualThoseOfThePixelList) {
+    const OneBlob one({{3, 3}, {4, 3}, {5, 3}, {4, 4}, {4, 5}, {5, 6}, {6, 7}, {7, 7}, {8, 7}, {8, 8}, {2, 4}});
+    std::vector<int> xs;
+    std::vector<int> ys;
+    one.blob.component->get_element_coordinates(xs, ys);
+    std::vector<Geocoordinate<int>> points;
+    for (std::size_t i = 0; i < xs.size(); ++i) points.emplace_back(xs[i], ys[i]);
+    TextBlobExaminer::TextBlobFeature plain;
+    TextBlobExaminer::get_features_from_blob(points, plain);
+    EXPECT_EQ(plain.count, 11);
+    EXPECT_EQ(one.feature.count, plain.count);
+    EXPECT_EQ(one.feature.sum_x, plain.sum_x);
+    EXPECT_EQ(one.feature.sum_y, plain.sum_y);
+    EXPECT_EQ(one.feature.sum_xy, plain.sum_xy);
+    EXPECT_EQ(one.feature.sum_xx, plain.sum_xx);
+    EXPECT_EQ(one.feature.sum_yy, plain.sum_yy);
+    EXPECT_EQ(one.feature.covariance, plain.covariance);
+}
+
+TEST(TextBlobExaminerTest, ExtractedLineRunsAlongTheBlobThroughItsCentre) {
+    // One column right every 3 lines going up: leans right of upright.
+    const OneBlob one(steep_staircase(10, 5, 15, 3));
+    TextBlobExaminer examiner(0.9, 20.0f);
+    GeolineBasePoints<float> line;
+    line.points.assign(3, Geocoordinate<float>(1.0f, 1.0f));
+    double eccentricity = 0.0;
+    ASSERT_TRUE(examiner.extract_line_from_blob(one.blob, line, eccentricity));
+    const float angle = TextBlobExaminer::get_blob_angle(one.feature);
+    EXPECT_GT(angle, 90.0f);
+    EXPECT_NEAR(line.line_angle(), angle, 1e-4);
+    EXPECT_EQ(eccentricity, TextBlobExaminer::get_blob_eccentricity(one.feature));
+    EXPECT_EQ(line.b, -1.0);
+    ASSERT_EQ(line.points.size(), 1u);
+    EXPECT_FLOAT_EQ(line.points[0].x, 12.0f);  // 3 pixels in each of columns 10..14
+    EXPECT_FLOAT_EQ(line.points[0].y, 12.0f);
+    EXPECT_NEAR(line.point_distance(line.points[0]), 0.0, 1e-9);
+}
+
+TEST(TextBlobExaminerTest, AngleAndEccentricityBoundsAreKept) {
+    const OneBlob upright(steep_staircase(10, 5, 12, 100));
+    const double e = TextBlobExaminer::get_blob_eccentricity(upright.feature);
+    struct Case {
+        double minimum_eccentricity;
+        float tolerance;
+        bool accepted;
+    };
+    const Case cases[] = {
+        {e, 0.0f, true},                                   // angle 90 at both ends of a closed range
+        {std::nextafter(e, 1.0), 20.0f, false},            // one step past the eccentricity bound
+        {std::nextafter(e, 0.0), 20.0f, true},
+    };
+    for (const Case& c : cases) {
+        TextBlobExaminer examiner(c.minimum_eccentricity, c.tolerance);
+        GeolineBasePoints<float> line;
+        double eccentricity = 0.0;
+        EXPECT_EQ(examiner.extract_line_from_blob(upright.blob, line, eccentricity), c.accepted);
+    }
+    // Leaning 45 degrees is outside 20 degrees of upright, inside 45.
+    const OneBlob diagonal(staircase(5, 5, 10, 1, true));
+    GeolineBasePoints<float> line;
+    double eccentricity = 0.0;
+    EXPECT_FALSE(TextBlobExaminer(0.9, 20.0f).extract_line_from_blob(diagonal.blob, line, eccentricity));
+    EXPECT_TRUE(TextBlobExaminer(0.9, 45.0f).extract_line_from_blob(diagonal.blob, line, eccentricity));
+}
+
+TEST(TextBlobExaminerTest, BlobWithoutPixelsIsRejectedNotMeasured) {
+    TextBlobExaminer examiner(0.0, 90.0f);
+    GeolineBasePoints<float> line;
+    double eccentricity = 0.0;
+    EXPECT_FALSE(examiner.extract_line_from_blob(TextBlob(), line, eccentricity));
+    TextBlobExaminer::TextBlobFeature feature;
+    TextBlobExaminer::get_features_from_blob(std::vector<Geocoordinate<int>>(), feature);
+    EXPECT_EQ(feature.count, 0);
+    EXPECT_TRUE(std::isnan(feature.variance_x));
+}
