@@ -17,11 +17,15 @@
 #include "components/runs_in_image.h"
 #include "components/runs_in_line.h"
 #include "components/stroke_array.h"
-#include "pageanalysis/text_blob.h"
 #include "textgeometry/geobox.h"
 #include "textgeometry/geocoordinate.h"
 
 namespace geometric {
+
+// A component as the page analysis sees it, defined in
+// pageanalysis/text_blob.h; only declared here, so that the components do
+// not depend on the page analysis.
+struct TextBlob;
 
 // One calculator serves one image: a second formation appends to the strokes
 // of the first and replaces the runs they point into. Queries that look like
