@@ -90,10 +90,7 @@ TEST(BinaryComponentFeatures, ChainWideBoxAndPixelsButStrokesCountedForward) {
     EXPECT_EQ(behind->count_pixel(), 9u);
     for (const Stroke* s : {static_cast<const Stroke*>(head), static_cast<const Stroke*>(behind)}) {
         const Geobox<int> box = s->get_bounding_box();
-        EXPECT_EQ(box.left, 0);
-        EXPECT_EQ(box.right, 4);
-        EXPECT_EQ(box.top, 0);
-        EXPECT_EQ(box.bottom, 2);
+        EXPECT_EQ(std::vector<int>({box.left, box.right, box.top, box.bottom}), std::vector<int>({0, 4, 0, 2}));
     }
     // The head's own run starts on line 1; the stroke behind it is higher.
     Geocoordinate<int> top(-5, -5);
@@ -173,6 +170,13 @@ struct GrayScene {
         calculator.formulate_connected_components(binary);
     }
     const Stroke& head() { return *heads_of(calculator).at(0); }
+    // A dilated image that is ink everywhere: no ring is left clear.
+    common::BasicImage all_ink() const {
+        common::BasicImage ink(binary.get_height(), binary.get_width(), common::BINARY);
+        for (int y = 0; y < ink.get_height(); ++y)
+            for (int x = 0; x < ink.get_width(); ++x) ink.set_pixel(x, y, 1);
+        return ink;
+    }
 };
 
 }  // namespace
@@ -185,14 +189,15 @@ TEST(BinaryComponentFeatures, ForeBackMeansAreIntegerDivisions) {
     EXPECT_EQ(means.foreground, (8 * 40 + 48) / 9);  // 40, not 40.9
     EXPECT_EQ(means.all_pixels, (24 * 40 + 48) / 25);
     EXPECT_EQ(means.background, 200);
-
-    // A dilated image that is ink everywhere leaves no ring clear: no
-    // background is counted and the mean is the empty sum.
-    common::BasicImage all_ink(scene.binary.get_height(), scene.binary.get_width(), common::BINARY);
-    for (int y = 0; y < all_ink.get_height(); ++y)
-        for (int x = 0; x < all_ink.get_width(); ++x) all_ink.set_pixel(x, y, 1);
+    // Without background the mean is the empty sum, and the cost keeps its
+    // background cost.
+    const common::BasicImage all_ink = scene.all_ink();
     scene.head().fore_back_neighbor(scene.binary, all_ink, scene.gray, 3, means);
     EXPECT_EQ(means.background, 0);
+    Stroke::BlobNeighborCost cost{0.0, 0.0, 7.5, 3.0};
+    EXPECT_DOUBLE_EQ(scene.head().compression_cost(scene.binary, all_ink, scene.gray, 3, {40, 40, 40}, cost), 0.0);
+    EXPECT_DOUBLE_EQ(cost.background_cost, 7.5);
+    EXPECT_DOUBLE_EQ(cost.background_count, 0.0);
 }
 
 TEST(BinaryComponentFeatures, CompressionCostForegroundRulesAtTheirLimits) {
@@ -219,17 +224,6 @@ TEST(BinaryComponentFeatures, CompressionCostForegroundRulesAtTheirLimits) {
         EXPECT_DOUBLE_EQ(cost.background_count, n - c.interior);
         EXPECT_DOUBLE_EQ(cost.background_cost, n * 100.0);  // (200 - 190)^2 everywhere
     }
-}
-
-TEST(BinaryComponentFeatures, CompressionCostLeavesBackgroundCostWithoutBackground) {
-    GrayScene scene(3, 3);
-    common::BasicImage all_ink(scene.binary.get_height(), scene.binary.get_width(), common::BINARY);
-    for (int y = 0; y < all_ink.get_height(); ++y)
-        for (int x = 0; x < all_ink.get_width(); ++x) all_ink.set_pixel(x, y, 1);
-    Stroke::BlobNeighborCost cost{0.0, 0.0, 7.5, 3.0};
-    EXPECT_DOUBLE_EQ(scene.head().compression_cost(scene.binary, all_ink, scene.gray, 3, {40, 40, 40}, cost), 0.0);
-    EXPECT_DOUBLE_EQ(cost.background_cost, 7.5);
-    EXPECT_DOUBLE_EQ(cost.background_count, 0.0);
 }
 
 TEST(BinaryComponentFeatures, GradientCostPredictionsAtTheImageCorners) {

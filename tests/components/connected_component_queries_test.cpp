@@ -184,10 +184,7 @@ TEST(ConnectedComponentQueries, LargestBoxFirstAmongEquals) {
     calculator.formulate_connected_components(image);
     Geobox<int> box;
     EXPECT_EQ(calculator.calculate_largest_blob_bounding_box(box), 6);
-    EXPECT_EQ(box.left, 4);
-    EXPECT_EQ(box.right, 6);
-    EXPECT_EQ(box.top, 0);
-    EXPECT_EQ(box.bottom, 1);
+    EXPECT_EQ(std::vector<int>({box.left, box.right, box.top, box.bottom}), std::vector<int>({4, 6, 0, 1}));
 }
 
 TEST(ConnectedComponentQueries, LargestComponentOfAPointSetIsMadeOfUnlistedPixels) {
@@ -206,10 +203,7 @@ TEST(ConnectedComponentQueries, LargestComponentOfAPointSetIsMadeOfUnlistedPixel
     Geobox<int> box;
     std::vector<int> out_xs, out_ys;
     EXPECT_EQ(calculator.calculate_largest_blob_bounding_box(xs, ys, box, out_xs, out_ys), 9u);
-    EXPECT_EQ(box.left, 11);
-    EXPECT_EQ(box.right, 13);
-    EXPECT_EQ(box.top, 21);
-    EXPECT_EQ(box.bottom, 23);
+    EXPECT_EQ(std::vector<int>({box.left, box.right, box.top, box.bottom}), std::vector<int>({11, 13, 21, 23}));
     EXPECT_EQ(out_xs, (std::vector<int>{11, 12, 13, 11, 12, 13, 11, 12, 13}));
     EXPECT_EQ(out_ys, (std::vector<int>{21, 21, 21, 22, 22, 22, 23, 23, 23}));
 

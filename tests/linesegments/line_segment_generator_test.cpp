@@ -35,44 +35,25 @@ bool same_bytes(const std::vector<LineSegmentRect>& a, const std::vector<LineSeg
 
 }  // namespace
 
-TEST(LineSegmentGenerator, DefaultsAreThePublishedOnes) {
-    const LineSegmentGenerator g;
-    EXPECT_EQ(g.scale, 0.8);
-    EXPECT_EQ(g.sigma_scale, 0.6);
-    EXPECT_EQ(g.quant, 2.0);
-    EXPECT_EQ(g.ang_th, 22.5);
-    EXPECT_EQ(g.log_eps, 0.0);
-    EXPECT_EQ(g.density_th, 0.7);
-    EXPECT_EQ(g.n_bins, 1024);
-    EXPECT_TRUE(g.link_segments);
-    EXPECT_EQ(g.link_angle, 7.0);
-    EXPECT_TRUE(g.link_validate);
-    EXPECT_EQ(g.link_log_eps, 0.0);
-    EXPECT_EQ(g.link_reserved, 5.0);
-    EXPECT_EQ(g.link_gap, 5.0);
-}
-
 static_assert(sizeof(LineSegmentRect) == 12 * sizeof(double), "twelve doubles, nothing else");
 static_assert(offsetof(LineSegmentRect, width) == 4 * sizeof(double), "width is the fifth field");
 static_assert(offsetof(LineSegmentRect, p) == 9 * sizeof(double), "p is the tenth field");
 static_assert(offsetof(LineSegmentRect, log_nfa) == 11 * sizeof(double), "log_nfa is the twelfth field");
 
-TEST(LineSegmentGenerator, UniformImagesHaveNoSegments) {
-    for (unsigned char value : {0, 128, 255})
-        for (double scale : {1.0, 0.8}) {
+// Uniform images, and images too small for a gradient, at both scale paths.
+TEST(LineSegmentGenerator, UniformOrTinyImagesHaveNoSegments) {
+    for (double scale : {1.0, 0.8}) {
+        for (unsigned char value : {0, 128, 255}) {
             scenes::Gray image(64, 48, value);
             EXPECT_TRUE(detect(image, with(scale, true)).empty()) << int(value) << " at " << scale;
         }
-}
-
-TEST(LineSegmentGenerator, ImagesTooSmallForAGradientHaveNoSegments) {
-    for (int w : {1, 2})
-        for (int h : {1, 2}) {
-            scenes::Gray image(w, h, 0);
-            image.at(0, 0) = 255;
-            EXPECT_TRUE(detect(image, with(1.0, true)).empty());
-            EXPECT_TRUE(detect(image, with(0.8, true)).empty());
-        }
+        for (int w : {1, 2})
+            for (int h : {1, 2}) {
+                scenes::Gray image(w, h, 0);
+                image.at(0, 0) = 255;
+                EXPECT_TRUE(detect(image, with(scale, true)).empty()) << w << "x" << h << " at " << scale;
+            }
+    }
 }
 
 TEST(LineSegmentGenerator, ABrightBarGivesItsTwoLongEdgesRunningWithTheBrightSideOnTheLeft) {
@@ -189,12 +170,16 @@ TEST(LineSegmentGenerator, ScaleDividesEndsAndRecomputesLength) {
     }
 }
 
-TEST(LineSegmentGenerator, WithoutLinkingEachSegmentKeepsItsLengthAndScore) {
+TEST(LineSegmentGenerator, WithoutLinkingEachSegmentKeepsItsLengthAndScoreAndIsAppended) {
     scenes::Gray image(120, 90, 20);
     image.fill(30, 20, 90, 70, 200);
-    const auto segments = detect(image, with(1.0, false));
-    ASSERT_EQ(segments.size(), 4u);
-    for (const auto& s : segments) {
+    std::vector<LineSegmentRect> segments(1);
+    segments[0].log_nfa = -7.0;
+    with(1.0, false).generate_line_segments(image.view(), segments);
+    ASSERT_EQ(segments.size(), 5u);
+    EXPECT_EQ(segments[0].log_nfa, -7.0);  // the caller's list is appended to
+    for (size_t i = 1; i < segments.size(); ++i) {
+        const LineSegmentRect& s = segments[i];
         EXPECT_GT(s.length, 40.0);
         EXPECT_GT(s.log_nfa, 0.0);
         EXPECT_DOUBLE_EQ(s.p, 22.5 / 180.0);
@@ -225,14 +210,4 @@ TEST(LineSegmentGenerator, RunsAreRepeatableAcrossCallsAndThreads) {
     b.join();
     for (auto& per_thread : results)
         for (auto& r : per_thread) EXPECT_TRUE(same_bytes(first, r));
-}
-
-TEST(LineSegmentGenerator, AppendsToTheGivenList) {
-    scenes::Gray image(120, 90, 20);
-    image.fill(30, 20, 90, 70, 200);
-    std::vector<LineSegmentRect> segments(1);
-    segments[0].log_nfa = -7.0;
-    LineSegmentGenerator().generate_line_segments(image.view(), segments);
-    ASSERT_GT(segments.size(), 1u);
-    EXPECT_EQ(segments[0].log_nfa, -7.0);
 }
