@@ -10,24 +10,15 @@
 
 namespace {
 
-// A gray page in a buffer of the caller's.
-struct GrayPage {
+// A gray image in a buffer of the caller's: a page to read or an output of
+// the size the handle asks for.
+struct Buffer {
     std::vector<unsigned char> pixels;
     ImageCApi record;
 
-    GrayPage(int height, int width, unsigned char value) : pixels(static_cast<size_t>(height) * width, value) {
-        record = ImageCApi{width, height, 0, 0, 1, 0, pixels.data()};
-    }
-};
-
-// An output record with a buffer of the size the handle asks for.
-struct Output {
-    std::vector<unsigned char> pixels;
-    ImageCApi record;
-
-    Output(int width, int height, int channels) : pixels(static_cast<size_t>(width) * height * channels, 1) {
-        record = ImageCApi{width, height, 0, 0, channels, 0, pixels.data()};
-    }
+    Buffer(int width, int height, int channels, unsigned char value)
+        : pixels(static_cast<size_t>(width) * height * channels, value),
+          record{width, height, 0, 0, channels, 0, pixels.data()} {}
 };
 
 }  // namespace
@@ -38,7 +29,7 @@ TEST(CorrectorFamily, RefusalsAtTheExactLimits) {
     struct Case { int height, width; bool accepted; };
     const Case cases[] = {{100, 700, true}, {100, 800, false}, {10, 20, true}, {9, 20, false}};
     for (const Case& c : cases) {
-        GrayPage page(c.height, c.width, 200);
+        Buffer page(c.width, c.height, 1, 200);
         void* program = corrector_create();
         void* edges = corrector_create();
         // Accepted images reach the searches, which find nothing yet: 3.
@@ -66,7 +57,7 @@ TEST(CorrectorFamily, FourChannelImageEndsTheProgramButThrowsFromTheEdgeSearch) 
 }
 
 TEST(CorrectorFamily, EdgeThenFeatureSearchAnswerNoUsableResult) {
-    GrayPage page(60, 80, 200);
+    Buffer page(80, 60, 1, 200);
     void* handle = corrector_create();
     set_registration_method(handle, 0);
     EXPECT_EQ(run_edge_searching(handle, &page.record), 3);
@@ -79,7 +70,7 @@ TEST(CorrectorFamily, EdgeThenFeatureSearchAnswerNoUsableResult) {
 }
 
 TEST(CorrectorFamily, RectifiesWithTheCallersCornersLikeTheFreeFunction) {
-    GrayPage page(50, 70, 0);
+    Buffer page(70, 50, 1, 0);
     for (int y = 0; y < 50; ++y)
         for (int x = 0; x < 70; ++x) page.pixels[static_cast<size_t>(y) * 70 + x] = static_cast<unsigned char>(x * 3 + y);
     const ControlPointCorners corners = {{-4, 60, 66, 1}, {2, 5, 47, 44}};
@@ -92,23 +83,23 @@ TEST(CorrectorFamily, RectifiesWithTheCallersCornersLikeTheFreeFunction) {
     EXPECT_EQ(width, free_width);
     EXPECT_EQ(height, free_height);
 
-    Output mine(width, height, 1);
+    Buffer mine(width, height, 1, 1);
     obtain_corrected_image_given_corners(handle, &page.record, &corners, &mine.record);
     EXPECT_EQ(mine.record.x_resolution, 300);
     EXPECT_EQ(mine.record.data, mine.pixels.data());
-    Output plain(width, height, 1);
+    Buffer plain(width, height, 1, 1);
     perform_projective_correction(&corners, &page.record, &plain.record);
     EXPECT_EQ(mine.pixels, plain.pixels);
 
     // Determinism: the same call again gives the same bytes.
-    Output again(width, height, 1);
+    Buffer again(width, height, 1, 1);
     obtain_corrected_image_given_corners(handle, &page.record, &corners, &again.record);
     EXPECT_EQ(again.pixels, mine.pixels);
     destroy_corrector(handle);
 }
 
 TEST(CorrectorFamily, FillColourFromTheCallerIsKeptByPointer) {
-    GrayPage page(40, 40, 200);
+    Buffer page(40, 40, 1, 200);
     const ControlPointCorners corners = {{-10, 30, 30, 2}, {-10, 3, 30, 35}};
     void* handle = corrector_create();
     unsigned char colour[1] = {7};
@@ -116,40 +107,40 @@ TEST(CorrectorFamily, FillColourFromTheCallerIsKeptByPointer) {
     set_filling_color(handle, NULL);  // ignored: the colour above stays
     int width = 0, height = 0;
     obtain_corrected_img_dimension_given_corners(handle, &corners, &width, &height);
-    Output first(width, height, 1);
+    Buffer first(width, height, 1, 1);
     obtain_corrected_image_given_corners(handle, &page.record, &corners, &first.record);
     EXPECT_EQ(first.pixels[0], 7);
     colour[0] = 11;
-    Output second(width, height, 1);
+    Buffer second(width, height, 1, 1);
     obtain_corrected_image(handle, &second.record);
     EXPECT_EQ(second.pixels[0], 11);
     destroy_corrector(handle);
 }
 
 TEST(CorrectorFamily, CorrectionAfterARunUsesTheWholeImage) {
-    GrayPage page(40, 60, 123);
+    Buffer page(60, 40, 1, 123);
     void* handle = corrector_create();
     ASSERT_EQ(run_projective_correction(handle, &page.record), 3);
     int width = 0, height = 0;
     obtain_corrected_img_dimension(handle, &width, &height);
     EXPECT_EQ(width, 60);
     EXPECT_EQ(height, 40);
-    Output output(width, height, 1);
+    Buffer output(width, height, 1, 1);
     obtain_corrected_image(handle, &output.record);
     const ControlPointCorners whole = {{0, 59, 59, 0}, {0, 0, 39, 39}};
-    Output plain(width, height, 1);
+    Buffer plain(width, height, 1, 1);
     perform_projective_correction(&whole, &page.record, &plain.record);
     EXPECT_EQ(output.pixels, plain.pixels);
     destroy_corrector(handle);
 }
 
 TEST(CorrectorFamily, DownSampledVariantsWaitForARun) {
-    GrayPage page(3001, 1000, 90);
+    Buffer page(1000, 3001, 1, 90);
     void* handle = corrector_create();
     int width = 0, height = 0;
     obtain_downsampled_corrected_img_dimension(handle, &width, &height);
     EXPECT_EQ(width, 0);  // nothing bound yet: the empty input's size
-    Output untouched(4, 4, 1);
+    Buffer untouched(4, 4, 1, 1);
     obtain_downsampled_corrected_image(handle, &untouched.record);
     EXPECT_EQ(untouched.pixels, std::vector<unsigned char>(16, 1));
 
@@ -157,7 +148,7 @@ TEST(CorrectorFamily, DownSampledVariantsWaitForARun) {
     obtain_downsampled_corrected_img_dimension(handle, &width, &height);
     EXPECT_EQ(width, 501);
     EXPECT_EQ(height, 1501);
-    Output small(width, height, 1);
+    Buffer small(width, height, 1, 1);
     obtain_downsampled_corrected_image(handle, &small.record);
     // Linear sampling cuts toward zero: a flat page may lose one level.
     EXPECT_NEAR(small.pixels[static_cast<size_t>(700) * width + 250], 90, 1);
@@ -165,8 +156,8 @@ TEST(CorrectorFamily, DownSampledVariantsWaitForARun) {
 }
 
 TEST(CorrectorFamily, ResolutionAndVanishingPointsWithoutSearches) {
-    GrayPage page(40, 60, 200);
-    GrayPage other(30, 30, 200);
+    Buffer page(60, 40, 1, 200);
+    Buffer other(30, 30, 1, 200);
     void* handle = corrector_create();
     int resolution = 0;
     estimate_spatial_resolution(handle, &other.record, &resolution);  // never ran

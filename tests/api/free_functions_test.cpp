@@ -11,26 +11,11 @@
 namespace {
 
 ControlPointCorners own_corners(int width, int height) {
-    ControlPointCorners c;
-    const int xs[4] = {0, width - 1, width - 1, 0};
-    const int ys[4] = {0, 0, height - 1, height - 1};
-    for (int i = 0; i < 4; ++i) {
-        c.x[i] = xs[i];
-        c.y[i] = ys[i];
-    }
-    return c;
+    return ControlPointCorners{{0, width - 1, width - 1, 0}, {0, 0, height - 1, height - 1}};
 }
 
 ImageCApi record(int width, int height, int channels, int is_binary, unsigned char* data) {
-    ImageCApi image;
-    image.width = width;
-    image.height = height;
-    image.x_resolution = 0;
-    image.y_resolution = 0;
-    image.channels = channels;
-    image.is_binary = is_binary;
-    image.data = data;
-    return image;
+    return ImageCApi{width, height, 0, 0, channels, is_binary, data};
 }
 
 TEST(FreeFunctions, OutputDimensionOfOwnCornersIsTheImageSize) {

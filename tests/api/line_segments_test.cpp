@@ -19,14 +19,7 @@ struct Page {
         for (int y = 30; y < 90; ++y)
             for (int x = 40; x < 120; ++x) pixels[y * width + x] = 30;
     }
-    ImageCApi record() {
-        ImageCApi r{};
-        r.width = width;
-        r.height = height;
-        r.channels = 1;
-        r.data = pixels.data();
-        return r;
-    }
+    ImageCApi record() { return ImageCApi{width, height, 0, 0, 1, 0, pixels.data()}; }
 };
 
 }  // namespace
@@ -86,10 +79,7 @@ TEST(LineSegmentFamily, TwoHandlesInterleavedAnswerTheSameBytes) {
 
 TEST(LineSegmentFamily, NoPixelsOrNoEdgesGiveNoSegmentAndNull) {
     void* lsd = lsd_create();
-    ImageCApi empty{};
-    empty.width = 50;
-    empty.height = 40;
-    empty.channels = 1;
+    ImageCApi empty{50, 40, 0, 0, 1, 0, nullptr};
     int count = -1;
     EXPECT_EQ(search_for_line_segments(lsd, &empty, &count), nullptr);  // null data: a black image
     EXPECT_EQ(count, 0);
@@ -99,31 +89,24 @@ TEST(LineSegmentFamily, NoPixelsOrNoEdgesGiveNoSegmentAndNull) {
     EXPECT_EQ(search_for_line_segments(lsd, &empty, &count), nullptr);
     EXPECT_EQ(count, 0);
     destroy_lsd(lsd);
+    clean_lines(nullptr);  // both release functions accept null
+    destroy_lsd(nullptr);
 }
 
 TEST(LineSegmentFamily, RefusesBinaryAndColourRecords) {
     void* lsd = lsd_create();
     std::vector<unsigned char> pixels(64 * 64 * 3, 0);
-    ImageCApi image{};
-    image.width = 64;
-    image.height = 64;
-    image.data = pixels.data();
-    for (int variant = 0; variant < 3; ++variant) {
-        image.channels = variant == 0 ? 1 : (variant == 1 ? 3 : 4);
-        image.is_binary = variant == 0 ? 1 : 0;
+    const int variants[3][2] = {{1, 1}, {3, 0}, {4, 0}};  // channels, is_binary
+    for (const auto& variant : variants) {
+        ImageCApi image{64, 64, 0, 0, variant[0], variant[1], pixels.data()};
         int count = -1;
         try {
             search_for_line_segments(lsd, &image, &count);
-            ADD_FAILURE() << "no exception for variant " << variant;
+            ADD_FAILURE() << "no exception for " << variant[0] << " channels";
         } catch (const char* message) {
             EXPECT_EQ(std::string(message), "line segment detection needs an 8-bit gray image");
         }
         EXPECT_EQ(count, 0);
     }
     destroy_lsd(lsd);
-}
-
-TEST(LineSegmentFamily, ReleaseFunctionsAcceptNull) {
-    clean_lines(nullptr);
-    destroy_lsd(nullptr);
 }
