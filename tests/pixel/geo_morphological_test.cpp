@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <random>
 #include <vector>
 
@@ -114,13 +115,10 @@ TEST(GeoMorphological, DilateXYLeavesTheCentreOfAnIsolatedPixelEmpty) {
     image.set_pixel(8, 2, 1);
     common::BasicImage target(5, 20, common::BINARY);
     GeoMorphological::dilate_xy(image, target);
-    int set = 0;
     for (int y = 0; y < 5; ++y)
-        for (int x = 0; x < 20; ++x) set += static_cast<int>(target.get_pixel(x, y));
-    EXPECT_EQ(set, 8);
-    EXPECT_EQ(target.get_pixel(8, 2), 0u);
-    EXPECT_EQ(target.get_pixel(7, 1), 1u);
-    EXPECT_EQ(target.get_pixel(9, 3), 1u);
+        for (int x = 0; x < 20; ++x)
+            EXPECT_EQ(target.get_pixel(x, y), (std::abs(x - 8) <= 1 && std::abs(y - 2) <= 1 && (x != 8 || y != 2)) ? 1u : 0u)
+                << x << "," << y;
 }
 
 TEST(GeoMorphological, RunTwinsMatchPerPixelVersionsInRandomWindows) {
@@ -194,23 +192,6 @@ TEST(GeoMorphological, RequiredLimitsOfTheRunTwins) {
     for (int x = 10; x < 15; ++x) runs.put(x, 0, true);
     GeoMorphological::erode_x(2, runs.bytes.data(), 4, 0, 32, 0, 1);
     for (int x = 0; x < 32; ++x) EXPECT_EQ(runs.get(x, 0), x == 12) << x;
-}
-
-TEST(GeoMorphological, WindowEdgesInsideAByteAreNotCrossed) {
-    // Set pixels just past x1 in the same byte are neither read nor changed.
-    BitBuffer image(3, 4);
-    for (int y = 0; y < 3; ++y)
-        for (int x = 8; x < 16; ++x) image.put(x, y, true);
-    BitBuffer dilated = image;
-    GeoMorphological::dilate_x(2, dilated.bytes.data(), 4, 0, 13, 0, 3);
-    for (int x = 6; x < 16; ++x) EXPECT_TRUE(dilated.get(x, 0)) << x;
-    EXPECT_FALSE(dilated.get(5, 0));
-    BitBuffer eroded = image;
-    GeoMorphological::erode_x(1, eroded.bytes.data(), 4, 0, 13, 0, 3);
-    EXPECT_FALSE(eroded.get(8, 1));
-    EXPECT_TRUE(eroded.get(11, 1));
-    EXPECT_FALSE(eroded.get(12, 1));  // the run ends at the window's edge
-    EXPECT_TRUE(eroded.get(13, 1));   // outside the window: untouched
 }
 
 TEST(GeoMorphological, ImageFormsCoverTheWholeImageAndOnlyBinaryImages) {
