@@ -247,26 +247,15 @@ TEST(ProjectiveCorrection, ViewOfAnotherSizeOrTypeIsRefused) {
     }
 }
 
-// Image value y on 60 x 60 with its own corners: the top strip (row 5) gives
-// nine 5s, the bottom strip (row 54) nine 54s, the left and right strips
-// (columns 5 and 54) rows 0, 7, ..., 56 each. The brighter 18 of these 36:
-// 56 56, 54 x 9, 49 49 42 42 35 35 28, mean 878 / 18 = 48.8 -> 48.
-TEST(FillColour, GrayIsTheMeanOfTheBrighterHalfOfTheStrips) {
-    common::BasicImage input(60, 60, common::GRAY);
-    for (int y = 0; y < 60; ++y)
-        for (int x = 0; x < 60; ++x) input.set_pixel(x, y, static_cast<unsigned>(y));
-    common::BasicImage output;
-    ProjectiveCorrection correction(&input, &output);
-    correction.set_control_points(warp_test::own_corners(60, 60));
-    correction.calculate_filling_pixel();
-    EXPECT_EQ(correction.get_filling_pixel()[0], 48);
-}
-
-// The same image with the bottom corners at row 80: the bottom strip lies
-// outside and gives nothing; top 5 x 9 and the side rows 0..56 twice leave
-// 13 brighter values 56 56 49 49 42 42 35 35 28 28 21 21 14, mean 36.6 -> 36,
-// which fills every output pixel below the image.
-TEST(FillColour, IsComputedOnlyWhenTheWarpLeavesTheImage) {
+// Image value y on 60 x 60. With its own corners the top strip (row 5)
+// gives nine 5s, the bottom strip (row 54) nine 54s, the left and right
+// strips (columns 5 and 54) rows 0, 7, ..., 56 each. The brighter 18 of these
+// 36: 56 56, 54 x 9, 49 49 42 42 35 35 28, mean 878 / 18 = 48.8 -> 48. With
+// the bottom corners at row 80 the bottom strip lies outside and gives
+// nothing: 13 brighter values 56 56 49 49 42 42 35 35 28 28 21 21 14, mean
+// 36.6 -> 36, which fills every output pixel below the image. A warp that
+// stays inside never computes the colour.
+TEST(FillColour, GrayIsTheMeanOfTheBrighterHalfOfTheStripsWhenTheWarpLeavesTheImage) {
     common::BasicImage input(60, 60, common::GRAY);
     for (int y = 0; y < 60; ++y)
         for (int x = 0; x < 60; ++x) input.set_pixel(x, y, static_cast<unsigned>(y));
@@ -274,8 +263,12 @@ TEST(FillColour, IsComputedOnlyWhenTheWarpLeavesTheImage) {
         common::BasicImage output;
         ProjectiveCorrection correction(&input, &output);
         correction.set_control_points(warp_test::own_corners(60, 60));
-        correction.run_correction();
-        EXPECT_EQ(correction.get_filling_pixel()[0], 255);  // nothing outside: never computed
+        correction.calculate_filling_pixel();
+        EXPECT_EQ(correction.get_filling_pixel()[0], 48);
+        ProjectiveCorrection inside(&input, &output);
+        inside.set_control_points(warp_test::own_corners(60, 60));
+        inside.run_correction();
+        EXPECT_EQ(inside.get_filling_pixel()[0], 255);
     }
     common::BasicImage output;
     ProjectiveCorrection correction(&input, &output);
@@ -286,31 +279,26 @@ TEST(FillColour, IsComputedOnlyWhenTheWarpLeavesTheImage) {
     for (int u = 0; u < output.get_width(); ++u) ASSERT_EQ(output.get_pixel(u, 80), 36u);
 }
 
-TEST(FillColour, RgbOfFewerThanTwoPixelsIsBlack) {
-    const unsigned char pixel[3] = {200, 210, 220};
-    for (int count : {0, 1}) {
-        unsigned char color[3] = {1, 2, 3};
-        ProjectiveCorrection::find_above_median_color(count, pixel, color);
-        EXPECT_EQ(color[0], 0);
-        EXPECT_EQ(color[1], 0);
-        EXPECT_EQ(color[2], 0);
+// Fewer than two pixels give black. Of three pixels of brightness 76 and a
+// dark one the brighter half is the first two of the equal three in their
+// original order; the sums are divided, unsigned, by the half count.
+TEST(FillColour, RgbBrighterHalf) {
+    struct Case {
+        int count;
+        std::vector<unsigned char> pixels;
+        std::vector<unsigned char> colour;
+    };
+    const std::vector<Case> cases = {
+        {0, {200, 210, 220}, {0, 0, 0}},
+        {1, {200, 210, 220}, {0, 0, 0}},
+        {4, {0, 0, 0, 0, 130, 0, 100, 79, 0, 255, 0, 0}, {50, 104, 0}},
+        {3, {255, 255, 255, 254, 254, 253, 0, 0, 0}, {255, 255, 255}},  // half = 1: only the brightest
+    };
+    for (const Case& c : cases) {
+        std::vector<unsigned char> colour = {1, 2, 3};
+        ProjectiveCorrection::find_above_median_color(c.count, c.pixels.data(), colour.data());
+        EXPECT_EQ(colour, c.colour) << c.count;
     }
-}
-
-// Three pixels of brightness 76 and a dark one: the brighter half is the
-// first two of the equal three in their original order.
-TEST(FillColour, RgbBrighterHalfKeepsTheOrderOfEqualPixels) {
-    const unsigned char pixels[12] = {0, 0, 0, 0, 130, 0, 100, 79, 0, 255, 0, 0};
-    unsigned char color[3] = {0, 0, 0};
-    ProjectiveCorrection::find_above_median_color(4, pixels, color);
-    EXPECT_EQ(color[0], 50);
-    EXPECT_EQ(color[1], 104);
-    EXPECT_EQ(color[2], 0);
-    // Unsigned division of the sums by the half count.
-    const unsigned char bright[9] = {255, 255, 255, 254, 254, 253, 0, 0, 0};
-    ProjectiveCorrection::find_above_median_color(3, bright, color);
-    EXPECT_EQ(color[0], 255);  // half = 1: only the brightest
-    EXPECT_EQ(color[2], 255);
 }
 
 // A vertical side at x = 100 (horizontal at y = 100) and one marked column
@@ -344,7 +332,7 @@ TEST(FillColour, StripOffsetIsFiveOrOneHundredthOfTheSide) {
         }
 }
 
-TEST(FillColour, StripOfAnRgbImageTakesThreeBytesAPixel) {
+TEST(FillColour, StripOfAnRgbImageTakesThreeBytesAPixelAndSidesOutsideGiveNothing) {
     common::BasicImage input(30, 30, common::RGB);
     for (int y = 0; y < 30; ++y) input.set_pixel(5, y, 0x102030u);
     common::BasicImage output;
@@ -359,13 +347,8 @@ TEST(FillColour, StripOfAnRgbImageTakesThreeBytesAPixel) {
         EXPECT_EQ(pixels[i + 1], 0x20);
         EXPECT_EQ(pixels[i + 2], 0x30);
     }
-}
-
-TEST(FillColour, SideOutsideTheImageGivesNothing) {
-    common::BasicImage input(30, 30, common::GRAY);
-    common::BasicImage output;
-    ProjectiveCorrection correction(&input, &output);
-    std::vector<unsigned char> pixels;
+    // Sides outside the image give nothing.
+    pixels.clear();
     geometric::Geocoordinate<float> a(-10, -10), b(-10, 40), c(-5, 50), d(40, 50);
     correction.get_pixels_on_ver_line(a, b, pixels, true);
     correction.get_pixels_on_hor_line(c, d, pixels, false);
