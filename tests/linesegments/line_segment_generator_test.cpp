@@ -138,13 +138,14 @@ TEST(LineSegmentGenerator, TheLinkingPassJoinsAnEdgeBrokenByASmallGap) {
     scenes::Gray image = broken_line(2);
     const auto pieces = detect(image, with(1.0, false));
     const auto joined = detect(image, with(1.0, true));
-    int pieces_on_top = 0, joined_on_top = 0;
-    for (const auto& s : pieces)
-        if (scenes::line_distance(s.x1, s.y1, 0, 37.5, 1, 37.5) < 1.5 && scenes::length_of(s) > 50) ++pieces_on_top;
-    for (const auto& s : joined)
-        if (scenes::line_distance(s.x1, s.y1, 0, 37.5, 1, 37.5) < 1.5 && scenes::length_of(s) > 50) ++joined_on_top;
-    EXPECT_EQ(pieces_on_top, 2);
-    EXPECT_EQ(joined_on_top, 1);
+    auto long_on_top = [](const std::vector<LineSegmentRect>& segments) {
+        int count = 0;
+        for (const auto& s : segments)
+            if (scenes::line_distance(s.x1, s.y1, 0, 37.5, 1, 37.5) < 1.5 && scenes::length_of(s) > 50) ++count;
+        return count;
+    };
+    EXPECT_EQ(long_on_top(pieces), 2);
+    EXPECT_EQ(long_on_top(joined), 1);
     const LineSegmentRect* whole = scenes::longest_on_line(joined, 0, 37.5, 1, 37.5, 1.5);
     ASSERT_NE(whole, nullptr);
     EXPECT_GT(scenes::length_of(*whole), 200.0);

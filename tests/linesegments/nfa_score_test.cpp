@@ -28,18 +28,8 @@ double direct_score(int n, int k, double p, double log_nt) {
 }
 
 LineSegmentRect rectangle(double x1, double y1, double x2, double y2, double width, double p) {
-    LineSegmentRect r;
-    r.x1 = x1;
-    r.y1 = y1;
-    r.x2 = x2;
-    r.y2 = y2;
-    r.width = width;
-    r.x = (x1 + x2) / 2;
-    r.y = (y1 + y2) / 2;
-    r.theta = std::atan2(y2 - y1, x2 - x1);
-    r.p = p;
-    r.prec = p * constants::kPi;
-    return r;
+    return LineSegmentRect{x1, y1, x2, y2, width, (x1 + x2) / 2, (y1 + y2) / 2, std::atan2(y2 - y1, x2 - x1),
+                           p * constants::kPi, p};
 }
 
 }  // namespace

@@ -14,21 +14,10 @@ using geometric::SegmentLinker;
 
 namespace {
 
+// Width 2, tolerance 0.39 (p 1/8) and score 3.
 LineSegmentRect segment(double x1, double y1, double x2, double y2) {
-    LineSegmentRect s;
-    s.x1 = x1;
-    s.y1 = y1;
-    s.x2 = x2;
-    s.y2 = y2;
-    s.x = (x1 + x2) / 2;
-    s.y = (y1 + y2) / 2;
-    s.theta = std::atan2(y2 - y1, x2 - x1);
-    s.length = std::hypot(x2 - x1, y2 - y1);
-    s.width = 2.0;
-    s.prec = 0.39;
-    s.p = 0.125;
-    s.log_nfa = 3.0;
-    return s;
+    return LineSegmentRect{x1, y1, x2, y2, 2.0, (x1 + x2) / 2, (y1 + y2) / 2, std::atan2(y2 - y1, x2 - x1),
+                           0.39, 0.125, std::hypot(x2 - x1, y2 - y1), 3.0};
 }
 
 double degrees(double d) { return d * constants::kPi / 180.0; }
