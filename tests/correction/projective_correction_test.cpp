@@ -44,13 +44,6 @@ TEST(OutputDimension, MeanOfOppositeSidesPlusOneRounded) {
         EXPECT_EQ(width, c.width);
         EXPECT_EQ(height, c.height);
     }
-    common::BasicImage input(4, 4, common::GRAY), output;
-    ProjectiveCorrection correction(&input, &output);
-    correction.set_control_points(cases[0].corners);
-    int width = 0, height = 0;
-    correction.obtain_output_img_dimension(width, height);
-    EXPECT_EQ(width, 640);
-    EXPECT_EQ(height, 480);
 }
 
 // Own corners map (u, v) to ((W - 1) u / W, (H - 1) v / H): the size is kept,

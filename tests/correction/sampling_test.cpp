@@ -42,10 +42,10 @@ TEST(Sampling, ZeroFractionReturnsTheSourcePixel) {
     const Sampling nearest(common::GRAY, 4, geometric::INTERPOLATION_NEAREST);
     const Sampling color_linear(common::RGB, 4, geometric::INTERPOLATION_COLOR_LINEAR);
     unsigned char out[3] = {0, 0, 0};
-    linear.get_sampler()(gray.at(1, 1), 0.0f, 0.0f, out);
-    EXPECT_EQ(out[0], *gray.at(1, 1));
-    bicubic.get_sampler()(gray.at(1, 1), 0.0f, 0.0f, out);
-    EXPECT_EQ(out[0], *gray.at(1, 1));
+    for (const Sampling* gray_sampler : {&linear, &bicubic}) {
+        gray_sampler->get_sampler()(gray.at(1, 1), 0.0f, 0.0f, out);
+        EXPECT_EQ(out[0], *gray.at(1, 1));
+    }
     color_linear.get_sampler()(rgb.at(1, 1), 0.0f, 0.0f, out);
     for (int c = 0; c < 3; ++c) EXPECT_EQ(out[c], rgb.at(1, 1)[c]);
     // Nearest takes the integer part however close the next pixel is.
