@@ -21,3 +21,7 @@ ensure_packages() {
 
 # What the library, its tests, tools and benchmarks need to build.
 MORVANE_BUILD_PACKAGES="cmake make g++ pkgconf libboost-dev libgtest-dev libbenchmark-dev libjpeg62-turbo-dev libpng-dev"
+
+# What the fuzz targets need: clang with its libFuzzer and sanitizer runtimes,
+# and Python for the seed corpus.
+MORVANE_FUZZ_PACKAGES="cmake make clang-14 libclang-rt-14-dev libboost-dev python3"

@@ -1,0 +1,153 @@
+// Every exported family answers the same bytes twice on the same input, and
+// two handles of a family interleaved call by call answer what one alone does.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <vector>
+
+#include "morvane/morvane.h"
+
+namespace {
+
+// A tilted bright page with dark text strokes on a darker desk, with a
+// little deterministic noise so that no two rows are alike.
+struct PhotographedPage {
+    int width, height, channels;
+    std::vector<unsigned char> pixels;
+
+    PhotographedPage(int w, int h, int c) : width(w), height(h), channels(c), pixels(static_cast<size_t>(w) * h * c) {
+        unsigned state = 12345u;
+        for (int y = 0; y < h; ++y) {
+            for (int x = 0; x < w; ++x) {
+                state = state * 1103515245u + 12345u;
+                const double u = x - 0.08 * y, v = y + 0.05 * x;  // page coordinates, a few degrees off
+                const bool on_page = u > 0.1 * w && u < 0.85 * w && v > 0.1 * h && v < 0.9 * h;
+                const bool text = on_page && static_cast<int>(v) % 14 < 3 && u > 0.18 * w && u < 0.75 * w;
+                const int base = text ? 40 : (on_page ? 215 : 70);
+                for (int k = 0; k < c; ++k)
+                    pixels[(static_cast<size_t>(y) * w + x) * c + k] =
+                        static_cast<unsigned char>(base + static_cast<int>((state >> 16) % 9) - 4 + 3 * k);
+            }
+        }
+    }
+
+    ImageCApi record() { return ImageCApi{width, height, 0, 0, channels, 0, pixels.data()}; }
+};
+
+const ControlPointCorners kTilted = {{30, 290, 300, 12}, {25, 40, 230, 215}};
+
+// Everything a corrector reports after one run, as bytes.
+struct CorrectorAnswer {
+    int code = 0;
+    ControlPointCorners corners{};
+    VanishingPointsCApi points{};
+    int width = 0, height = 0;
+    std::vector<unsigned char> corrected;
+
+    bool operator==(const CorrectorAnswer& o) const {
+        return code == o.code && std::memcmp(&corners, &o.corners, sizeof corners) == 0 &&
+               std::memcmp(&points, &o.points, sizeof points) == 0 && width == o.width && height == o.height &&
+               corrected == o.corrected;
+    }
+};
+
+// The steps of one corrector run; step i of two handles can be interleaved.
+void corrector_step(int step, void* handle, ImageCApi& input, CorrectorAnswer& answer) {
+    switch (step) {
+        case 0: answer.code = run_projective_correction(handle, &input); break;
+        case 1:
+            obtain_four_corners(handle, &answer.corners);
+            std::memset(&answer.points, 0, sizeof answer.points);  // padding bytes take part in the comparison
+            obtain_vanishing_point(handle, &answer.points);
+            break;
+        case 2: obtain_corrected_img_dimension(handle, &answer.width, &answer.height); break;
+        case 3: {
+            answer.corrected.assign(static_cast<size_t>(answer.width) * answer.height * input.channels, 0);
+            ImageCApi out = {answer.width, answer.height, 0, 0, input.channels, 0, answer.corrected.data()};
+            obtain_corrected_image(handle, &out);
+            break;
+        }
+        case 4: {
+            // Then the caller's corners, over the found ones.
+            obtain_corrected_img_dimension_given_corners(handle, &kTilted, &answer.width, &answer.height);
+            std::vector<unsigned char> out_pixels(static_cast<size_t>(answer.width) * answer.height * input.channels);
+            ImageCApi out = {answer.width, answer.height, 0, 0, input.channels, 0, out_pixels.data()};
+            obtain_corrected_image_given_corners(handle, &input, &kTilted, &out);
+            answer.corrected.insert(answer.corrected.end(), out_pixels.begin(), out_pixels.end());
+            break;
+        }
+        default: break;
+    }
+}
+
+constexpr int kCorrectorSteps = 5;
+
+std::vector<double> segments(void* lsd, const ImageCApi& image) {
+    int count = 0;
+    double* lines = search_for_line_segments(lsd, &image, &count);
+    std::vector<double> copy(lines, lines + 7 * count);
+    clean_lines(lines);
+    return copy;
+}
+
+}  // namespace
+
+TEST(Determinism, FreeFunctionsAnswerTheSameBytesTwice) {
+    for (int channels : {1, 3}) {
+        PhotographedPage page(320, 240, channels);
+        ImageCApi input = page.record();
+        int w = 0, h = 0;
+        obtain_output_image_dimension(&kTilted, &w, &h);
+        std::vector<unsigned char> first(static_cast<size_t>(w) * h * channels), second(first.size(), 7);
+        ImageCApi out1 = {w, h, 0, 0, channels, 0, first.data()};
+        ImageCApi out2 = {w, h, 0, 0, channels, 0, second.data()};
+        perform_projective_correction(&kTilted, &input, &out1);
+        perform_projective_correction(&kTilted, &input, &out2);
+        EXPECT_EQ(first, second) << channels << " channels";
+    }
+}
+
+TEST(Determinism, CorrectorAnswersTheSameTwiceAndWhenTwoHandlesInterleave) {
+    for (int channels : {1, 3}) {
+        PhotographedPage page(320, 240, channels);
+        ImageCApi input = page.record();
+        CorrectorAnswer alone[2], together[2];
+        for (CorrectorAnswer& answer : alone) {
+            void* handle = corrector_create();
+            for (int step = 0; step < kCorrectorSteps; ++step) corrector_step(step, handle, input, answer);
+            destroy_corrector(handle);
+        }
+        void* a = corrector_create();
+        void* b = corrector_create();
+        for (int step = 0; step < kCorrectorSteps; ++step) {
+            corrector_step(step, a, input, together[0]);
+            corrector_step(step, b, input, together[1]);
+        }
+        destroy_corrector(a);
+        destroy_corrector(b);
+        EXPECT_FALSE(alone[0].corrected.empty());
+        EXPECT_TRUE(alone[0] == alone[1]) << channels << " channels";
+        EXPECT_TRUE(alone[0] == together[0]) << channels << " channels";
+        EXPECT_TRUE(alone[0] == together[1]) << channels << " channels";
+    }
+}
+
+TEST(Determinism, LineSegmentsAnswerTheSameBytesTwiceAndWhenTwoHandlesInterleave) {
+    PhotographedPage page(320, 240, 1), other(200, 300, 1);
+    const ImageCApi input = page.record(), second_input = other.record();
+    void* alone = lsd_create();
+    const std::vector<double> first = segments(alone, input);
+    const std::vector<double> first_other = segments(alone, second_input);
+    EXPECT_FALSE(first.empty());
+    EXPECT_EQ(segments(alone, input), first);
+    destroy_lsd(alone);
+
+    void* a = lsd_create();
+    void* b = lsd_create();
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(segments(a, input), first);
+        EXPECT_EQ(segments(b, second_input), first_other);
+    }
+    destroy_lsd(a);
+    destroy_lsd(b);
+}
