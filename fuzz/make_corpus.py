@@ -100,7 +100,15 @@ def line_segments(rng, kind, w, h, mode):
     return page(rng, kind, w, h) + u8(rng.choice([0, 16])) + tail(rng)
 
 
+def blob_calculator(rng, kind, w, h, mode):
+    data = page(rng, kind, w, h) + u8(rng.getrandbits(8)) + u8(rng.randrange(4))
+    base = rng.randrange(3)
+    data += u8(base) + u8(rng.randrange(3)) + u16(w - 1) + u16(h - 1) + u16(rng.randrange(1, 20))
+    return data + u8(rng.randrange(256)) + u8(rng.randrange(256)) + tail(rng)
+
+
 TARGETS = {
+    "blob_calculator_fuzz": blob_calculator,
     "free_functions_fuzz": free_functions,
     "corrector_fuzz": corrector,
     "line_segments_fuzz": line_segments,
