@@ -244,7 +244,9 @@ inline void finish_page(Reader& in, Page& page) {
     const size_t n = std::min(in.rest_size(), page.pixels.size() - at);
     std::memcpy(&page.pixels[at], raw, n);
     in.skip_all();
-    // The padding bits of a 1-bit row must be zero (see ImageCApi).
+    // Padding bits are cleared here: the blob family copies a row with set
+    // ones (tests/api/fuzz_findings_test.cpp covers that path), and clear
+    // padding keeps the inputs on the paths that read the caller's buffer.
     if (page.kind == kBinary && page.width % 32 != 0) {
         const int row = binary_row_bytes(page.width);
         for (int y = 0; y < page.height; ++y) {

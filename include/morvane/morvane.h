@@ -44,9 +44,9 @@ extern "C" {
  * Rows follow each other without a gap, row 0 at the top:
  * - is_binary != 0: 1 bit a pixel, most significant bit leftmost, a set bit
  *   is ink; rows padded to whole 32-bit words (width / 32 * 4 bytes, plus 4
- *   when width is not a multiple of 32). The padding bits must be zero:
- *   a set one is read as ink beyond the last column, and the blob
- *   calculator's labels and contours then write outside the caller's arrays.
+ *   when width is not a multiple of 32). Padding bits after the last
+ *   column are ignored (the blob calculator reads such a row from a copy
+ *   with them cleared; the caller's buffer is never written).
  * - otherwise by channels: 3 is RGB (3 bytes a pixel, red first), 4 is four
  *   bytes a pixel, and any other value (1 and 0 included) is 8-bit gray.
  * Every image entering the library counts as 300 dots per inch: the

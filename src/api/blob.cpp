@@ -15,11 +15,41 @@ geometric::ConnectedComponentCalculator& calculator_of(void* handle) {
     return *static_cast<geometric::ConnectedComponentCalculator*>(handle);
 }
 
-// A view on the caller's buffer; nothing is copied.
+// Visits the padding of each row of a 1-bit image: the bits after the last
+// column in its byte (mask) and the whole bytes after that.
+template <typename Visit>
+void for_each_padding_byte(const common::BasicImage& image, Visit visit) {
+    const int width = image.get_width();
+    const int whole = width / 8;
+    const unsigned char tail_mask = static_cast<unsigned char>(width % 8 != 0 ? 0xFFu >> (width % 8) : 0u);
+    const int first_free = whole + (width % 8 != 0 ? 1 : 0);
+    for (int y = 0; y < image.get_height(); ++y) {
+        unsigned char* line = image.get_line_pointer(y);
+        if (tail_mask != 0) visit(line[whole], tail_mask);
+        for (int i = first_free; i < image.get_row_size(); ++i) visit(line[i], static_cast<unsigned char>(0xFF));
+    }
+}
+
+// A view on the caller's buffer; nothing is copied, with one exception. Runs
+// are read a byte at a time, so set padding bits after the last column would
+// make runs that reach past the width, and every query would then write past
+// the arrays that the caller sized by the width. Such a record is copied once
+// with its padding cleared; the caller's buffer is never written.
 class View : public common::BasicImage {
 public:
     explicit View(const ImageCApi* image) {
         morvane::ImageCApiTransformer::transform_c_api_image_to_image(*image, *this);
+        if (get_image_type() != common::BINARY || get_data() == nullptr) return;
+        bool padding_is_clear = true;
+        for_each_padding_byte(*this, [&](unsigned char& byte, unsigned char mask) {
+            if ((byte & mask) != 0) padding_is_clear = false;
+        });
+        if (padding_is_clear) return;
+        common::BasicImage cleared(static_cast<const common::BasicImage&>(*this));
+        for_each_padding_byte(cleared, [](unsigned char& byte, unsigned char mask) {
+            byte = static_cast<unsigned char>(byte & ~mask);
+        });
+        swap(cleared);  // the view goes to cleared, whose destructor leaves it alone
     }
 };
 

@@ -6,18 +6,24 @@
 
 #include "morvane/morvane.h"
 
-// A 1-bit page 150 pixels wide (20 bytes a row, padding bits 150 to 159
-// zero) whose ink runs to the last column: labels stay inside the caller's
-// array, whose guard entries after the last row must keep their value. With
-// set padding bits the run went one column past the width and the label of
-// the last row was written past the end of the array.
+// A 1-bit page 150 pixels wide (20 bytes a row, padding bits 150 to 159)
+// whose ink runs to the last column: labels stay inside the caller's array,
+// whose guard entries after the last row must keep their value, whether the
+// padding bits are clear or all set. With set padding bits the run went past
+// the width and the label of the last row was written past the array's end.
 TEST(FuzzFindings, InkToTheLastColumnOfA1BitPageLabelsInsideTheArray) {
     const int width = 150, height = 4, row = 20, guard = 16;
-    for (int border : {0, 2}) {
+    for (int border : {0, 2})
+    for (bool dirty_padding : {false, true}) {
         std::vector<unsigned char> bits(static_cast<size_t>(row) * height, 0);
         for (int y = 0; y < height; ++y) {
             for (int x = 140; x < width; ++x) bits[static_cast<size_t>(y) * row + x / 8] |= 0x80 >> (x % 8);
+            if (dirty_padding) {
+                bits[static_cast<size_t>(y) * row + width / 8] |= 0xFF >> (width % 8);
+                for (int i = width / 8 + 1; i < row; ++i) bits[static_cast<size_t>(y) * row + i] = 0xFF;
+            }
         }
+        const std::vector<unsigned char> before = bits;
         const ImageCApi image = {width, height, 0, 0, 1, 1, bits.data()};
         const int framed_width = width + 2 * border;
         const size_t framed = static_cast<size_t>(framed_width) * (height + 2 * border);
@@ -37,5 +43,6 @@ TEST(FuzzFindings, InkToTheLastColumnOfA1BitPageLabelsInsideTheArray) {
             EXPECT_EQ(line[width - 1], 1) << y;
         }
         for (int g = 0; g < guard; ++g) EXPECT_EQ(labels[framed + g], -7) << "border " << border;
+        EXPECT_EQ(bits, before);  // the caller's buffer is only read
     }
 }
