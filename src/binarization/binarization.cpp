@@ -1,0 +1,56 @@
+// The shared binarization frame.
+#include "binarization/binarization.h"
+
+#include "common/geometricexception.h"
+#include "pixel/geo_despeckle.h"
+
+namespace geometric {
+
+Binarization::Binarization(const common::Image* input, common::BasicImage* output)
+    : input(input), output(output), despeckle(true) {
+    if (output == nullptr) throw Geometricexception("the output image is empty");
+}
+
+Binarization::~Binarization() {}
+
+bool Binarization::run_binarization() {
+    gray_image = std::make_shared<common::BasicImage>(*input);
+    if (input->get_image_type() == common::BINARY) {
+        *output = *input;
+        return true;
+    }
+    output->reset(input->get_height(), input->get_width(), common::BINARY, input->get_x_resolution(),
+                  input->get_y_resolution());
+    if (!convert_image_to_grey_level(gray_image)) return false;
+    if (!run_binarization_imp(gray_image.get())) return false;
+    perform_despeckling();
+    return true;
+}
+
+bool Binarization::convert_image_to_grey_level(std::shared_ptr<common::BasicImage> image) {
+    switch (image->get_image_type()) {
+        case common::GRAY:
+            return true;
+        case common::RGB:
+            image->convert_rgb_to_gray(true);
+            return true;
+        default:
+            return false;
+    }
+}
+
+void Binarization::obtain_grayscale_img(common::BasicImage** image) {
+    if (gray_image) {
+        *image = gray_image.get();
+    } else {
+        // Before the first run there is no working copy; the input serves,
+        // read only, as the gray source.
+        *image = const_cast<common::BasicImage*>(dynamic_cast<const common::BasicImage*>(input));
+    }
+}
+
+void Binarization::perform_despeckling() {
+    if (despeckle) GeoDespeckle::removeIsolatedPixel(*output, *output);
+}
+
+}  // namespace geometric

@@ -1,0 +1,48 @@
+// The frame that every binarizer shares: copy the source, make it gray, run
+// the method, despeckle. In every output a set bit is ink.
+#ifndef MORVANE_BINARIZATION_BINARIZATION_H
+#define MORVANE_BINARIZATION_BINARIZATION_H
+
+#include <memory>
+
+#include "common/basic_image.h"
+
+namespace geometric {
+
+class Binarization {
+public:
+    // input is read, never owned; output is written, never owned, and must
+    // not be null (throws Geometricexception "the output image is empty").
+    // output is reset during the run, so it must own its buffer.
+    Binarization(const common::Image* input, common::BasicImage* output);
+    virtual ~Binarization();
+
+    // A BINARY source is assigned to the output as it is (no method, no
+    // despeckling). Otherwise the output becomes a zero-filled BINARY image
+    // of the source's size and resolutions, a gray working copy is made and
+    // the method runs on it. False when the source has no gray form (BGRA,
+    // UNKNOWN); the output is then reset and empty.
+    bool run_binarization();
+
+    // True for GRAY; RGB is converted in place by luminance; false otherwise.
+    bool convert_image_to_grey_level(std::shared_ptr<common::BasicImage> image);
+    // The working copy, or the input itself before there is one.
+    void obtain_grayscale_img(common::BasicImage** image);
+    void perform_despeckling();
+
+    void set_despeckle(bool value) { despeckle = value; }
+    bool get_despeckle() const { return despeckle; }
+
+protected:
+    // The method itself, on the gray working copy, into output.
+    virtual bool run_binarization_imp(common::Image* gray) = 0;
+
+    const common::Image* input;
+    common::BasicImage* output;
+    bool despeckle;
+    std::shared_ptr<common::BasicImage> gray_image;
+};
+
+}  // namespace geometric
+
+#endif

@@ -1,0 +1,175 @@
+// The binarization frame, the engine's table and Otsu's threshold.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "binarization/binarization_enginee.h"
+#include "binarization/otsu_binarization.h"
+#include "binarization/test_pages.h"
+#include "common/geometricexception.h"
+
+namespace geometric {
+namespace {
+
+using binarization_test::flat_page;
+
+unsigned char otsu_threshold(const common::BasicImage& gray) {
+    unsigned char threshold = 77;
+    OtsuBinarization::obtain_threshold(gray, threshold);
+    return threshold;
+}
+
+// Left half `dark`, right half `bright`.
+common::BasicImage two_level_page(int height, int width, unsigned char dark, unsigned char bright) {
+    common::BasicImage page = flat_page(height, width, bright);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width / 2; ++x) page.get_line_pointer(y)[x] = dark;
+    return page;
+}
+
+TEST(OtsuThreshold, KnownPages) {
+    // Two levels: every t from the dark level up to one below the bright one
+    // splits the classes alike; the first of those equal scores wins.
+    EXPECT_EQ(otsu_threshold(two_level_page(10, 20, 40, 200)), 40);
+    // A flat page has no score above 0: the threshold is 0, not 128.
+    EXPECT_EQ(otsu_threshold(flat_page(10, 20, 128)), 0);
+    EXPECT_EQ(otsu_threshold(flat_page(10, 20, 255)), 0);
+    EXPECT_EQ(otsu_threshold(common::BasicImage()), 0);
+    // Three equal classes 0, 100, 200: the scores at t = 0 and t = 100 are
+    // equal by symmetry, and the first (0) is kept.
+    common::BasicImage three = flat_page(3, 30, 200);
+    for (int y = 0; y < 3; ++y)
+        for (int x = 0; x < 20; ++x) three.get_line_pointer(y)[x] = x < 10 ? 0 : 100;
+    EXPECT_EQ(otsu_threshold(three), 0);
+    // Unequal classes move the split: 90 % paper at 220, 10 % ink at 30
+    // with a few mid-grey pixels that belong to the ink.
+    common::BasicImage page = flat_page(10, 100, 220);
+    for (int y = 0; y < 10; ++y) {
+        page.get_line_pointer(y)[0] = 30;
+        page.get_line_pointer(y)[1] = 60;
+    }
+    EXPECT_EQ(otsu_threshold(page), 60);
+}
+
+TEST(OtsuBinarization, InkIsDarkInsideAndTheFrameAndPaddingAreSetAfterTheComplement) {
+    // 40 columns: 8 bytes a row, the last 24 bits padding.
+    common::BasicImage gray = two_level_page(6, 40, 40, 200);
+    common::BasicImage output;
+    OtsuBinarization otsu(&gray, &output);
+    otsu.set_despeckle(false);
+    ASSERT_TRUE(otsu.run_binarization());
+    ASSERT_EQ(output.get_image_type(), common::BINARY);
+    ASSERT_EQ(output.get_row_size(), 8);
+    for (int y = 0; y < 6; ++y) {
+        for (int x = 0; x < 40; ++x) {
+            const bool frame = x == 0 || y == 0 || x == 39 || y == 5;
+            EXPECT_EQ(output.get_pixel(x, y), frame || x < 20 ? 1u : 0u) << x << "," << y;
+        }
+        for (int b = 5; b < 8; ++b) EXPECT_EQ(output.get_line_pointer(y)[b], 0xFF) << "padding byte " << b;
+    }
+}
+
+TEST(OtsuBinarization, WithoutInvertTheBrightClassIsSetAndTheFrameStaysClear) {
+    common::BasicImage gray = two_level_page(6, 40, 40, 200);
+    common::BasicImage output;
+    OtsuBinarization otsu(&gray, &output);
+    otsu.set_invert(false);
+    otsu.set_despeckle(false);
+    ASSERT_TRUE(otsu.run_binarization());
+    EXPECT_EQ(output.get_pixel(25, 2), 1u);
+    EXPECT_EQ(output.get_pixel(5, 2), 0u);
+    EXPECT_EQ(output.get_pixel(39, 2), 0u);
+}
+
+TEST(OtsuBinarization, ImagesUnderThreePixelsASideAreAllSet) {
+    const int sizes[][2] = {{2, 2}, {2, 40}, {40, 2}};
+    for (const auto& s : sizes) {
+        common::BasicImage gray = two_level_page(s[0], s[1], 10, 250);
+        common::BasicImage output;
+        OtsuBinarization otsu(&gray, &output);
+        ASSERT_TRUE(otsu.run_binarization());
+        for (int i = 0; i < output.get_data_size(); ++i) EXPECT_EQ(output.get_data()[i], 0xFF) << s[0] << "x" << s[1];
+    }
+}
+
+TEST(BinarizationFrame, BinarySourceIsReturnedUnchangedSpecksIncluded) {
+    common::BasicImage binary(20, 40, common::BINARY, 150, 200);
+    binary.set_pixel(10, 10, 1);  // an isolated speck that despeckling would remove
+    binary.set_pixel(30, 5, 1);
+    common::BasicImage output(3, 3, common::GRAY);
+    OtsuBinarization otsu(&binary, &output);
+    ASSERT_TRUE(otsu.run_binarization());
+    EXPECT_EQ(output.get_image_type(), common::BINARY);
+    EXPECT_EQ(output.get_x_resolution(), 150);
+    EXPECT_EQ(output.get_y_resolution(), 200);
+    ASSERT_EQ(output.get_data_size(), binary.get_data_size());
+    EXPECT_EQ(0, std::memcmp(output.get_data(), binary.get_data(), static_cast<size_t>(binary.get_data_size())));
+}
+
+TEST(BinarizationFrame, FourChannelSourceAnswersFalseWithAnEmptyOutput) {
+    common::BasicImage bgra(8, 8, common::BGRA);
+    common::BasicImage output;
+    OtsuBinarization otsu(&bgra, &output);
+    EXPECT_FALSE(otsu.run_binarization());
+    EXPECT_EQ(output.get_image_type(), common::BINARY);
+    EXPECT_EQ(output.get_height(), 8);
+    for (int i = 0; i < output.get_data_size(); ++i) EXPECT_EQ(output.get_data()[i], 0);
+}
+
+TEST(BinarizationFrame, NullOutputThrows) {
+    common::BasicImage gray = flat_page(4, 4, 0);
+    try {
+        OtsuBinarization otsu(&gray, nullptr);
+        FAIL() << "no exception";
+    } catch (const Geometricexception& e) {
+        EXPECT_EQ(e.get_message(), "the output image is empty");
+    }
+}
+
+TEST(BinarizationFrame, RgbSourceIsBinarizedByLuminanceWithTheSourceResolutions) {
+    // Pure blue (luminance 29) beside pure green (149): with the mean both
+    // would be 85 and Otsu would see a flat page.
+    common::BasicImage rgb(6, 40, common::RGB, 200, 100);
+    for (int y = 0; y < 6; ++y)
+        for (int x = 0; x < 40; ++x) rgb.set_pixel(x, y, x < 20 ? 0x0000FFu : 0x00FF00u);
+    common::BasicImage output;
+    OtsuBinarization otsu(&rgb, &output);
+    ASSERT_TRUE(otsu.run_binarization());
+    EXPECT_EQ(output.get_x_resolution(), 200);
+    EXPECT_EQ(output.get_y_resolution(), 100);
+    EXPECT_EQ(output.get_pixel(10, 3), 1u);
+    EXPECT_EQ(output.get_pixel(30, 3), 0u);
+    EXPECT_EQ(rgb.get_image_type(), common::RGB);  // the source is never touched
+}
+
+TEST(BinarizationFrame, DespecklingRemovesAnIsolatedInkPixelUnlessCleared) {
+    // One dark pixel on bright paper: Otsu makes it ink, despeckling drops it.
+    common::BasicImage gray = flat_page(12, 64, 200);
+    gray.get_line_pointer(6)[20] = 10;
+    for (const bool despeckle : {true, false}) {
+        common::BasicImage output;
+        OtsuBinarization otsu(&gray, &output);
+        otsu.set_despeckle(despeckle);
+        ASSERT_TRUE(otsu.run_binarization());
+        EXPECT_EQ(output.get_pixel(20, 6), despeckle ? 0u : 1u);
+    }
+}
+
+TEST(BinarizationEnginee, TableOfMethods) {
+    common::BasicImage gray = two_level_page(40, 64, 40, 200);
+    struct Case { int method; int answer; };
+    const Case cases[] = {{SAUVOLA_QUICK, 0}, {OMIN, -1}, {SAUVOLA_ORIGINAL, 0}, {WOLF_ORIGINAL, 0}, {OTSU, 0},
+                          {5, -1}, {-1, -1}};
+    for (const Case& c : cases) {
+        common::BasicImage output;
+        BinarizationEnginee engine(&gray, &output, static_cast<BinarizationMethod>(c.method));
+        EXPECT_EQ(engine.get_binarization() != nullptr, c.answer == 0) << c.method;
+        EXPECT_EQ(engine.perfomr_binarization(), c.answer) << c.method;
+    }
+    common::BasicImage bgra(8, 8, common::BGRA);
+    common::BasicImage output;
+    EXPECT_EQ(BinarizationEnginee(&bgra, &output, OTSU).perfomr_binarization(), -1);
+}
+
+}  // namespace
+}  // namespace geometric
