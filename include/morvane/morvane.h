@@ -190,8 +190,9 @@ MORVANE_API int obtain_output_image_dimension(const ControlPointCorners* corners
  *
  * In this version of the library the page-edge and text searches find no
  * geometry yet: the run functions answer 3 (or 0 for a refused image), and
- * the corners that obtain_four_corners reports are the whole image. Binarization
- * of the result and the resolution estimate are likewise not available.
+ * the corners that obtain_four_corners reports are the whole image. The
+ * resolution estimate is likewise not available, and of the two binarization
+ * methods only Sauvola (0) is.
  */
 
 /* A new corrector with every parameter at its default; free it with destroy_corrector. */
@@ -262,7 +263,11 @@ MORVANE_API void set_binarization_method(void* handle, int method);
 /* Binarization k: below 0 stored as 0.01, above 1 as 0.99, otherwise as given; default 0.1. */
 MORVANE_API void set_binarization_k(void* handle, float k);
 
-/* Binarization window in pixels: values below 1 are stored as 3; default 35. */
+/*
+ * Binarization window in pixels: values below 1 are stored as 3; default 35.
+ * Sauvola narrows a window above one eleventh of the image's shorter side to
+ * that eleventh (to 2 when the shorter side is at most 21 pixels).
+ */
 MORVANE_API void set_binarization_window(void* handle, int window);
 
 /*
@@ -325,9 +330,15 @@ MORVANE_API void obtain_corrected_image_given_corners(void* handle, const ImageC
 MORVANE_API void obtain_downsampled_corrected_image(void* handle, ImageCApi* output);
 
 /*
- * Binarizes input, usually the corrected image, into output (1-bit, same
- * size) with the method, k and window set on the handle. Not available in
- * this version: throws const char*.
+ * Binarizes input, usually the corrected image, into output with the method,
+ * k and window set on the handle. input: 1-bit, gray or RGB (a 1-bit input is
+ * copied as it is). output: allocated by the caller as a 1-bit image of the
+ * input's width and height (is_binary non-zero, rows padded to whole 32-bit
+ * words); a set bit is ink. The output record's resolutions are written.
+ * Throws const char* for a four-channel input, for an output of another kind
+ * or size, and for method 1 (multi-scale), which this version lacks; an input
+ * whose shorter side is under 4 pixels throws the C++ exception carrying
+ * " The window size is too large".
  */
 MORVANE_API void obtain_binarized_corrected_image(void* handle, const ImageCApi* input, ImageCApi* output);
 

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <memory>
 
+#include "binarization/sauvola_binarization.h"
 #include "common/image_c_api_transformer.h"
 #include "correction/projective_correction.h"
 #include "pixel/image_integer_down_sampling.h"
@@ -21,7 +22,9 @@ const char* const kBgraToGray = "BGRA to grey level conversion nog implemented y
 const char* const kUnknownToGray = "an image of UNKNOWN type has no grey level";
 const char* const kFeatureBeforeEdge = "the edge search must run before the feature search";
 const char* const kOutputNotBasicImage = "the corrected image must be a BasicImage";
-const char* const kNoBinarization = "binarization of the corrected image is not available";
+const char* const kNoMultiScale = "the multi-scale binarization is not available in this version";
+const char* const kNoGrayToBinarize = "only 1-bit, gray and RGB images can be binarized";
+const char* const kBinaryOutputSize = "the binarized image must be a 1-bit image of the input's size";
 
 // The resolution that an image without a usable page analysis is taken to have.
 const int kDefaultResolution = 300;
@@ -414,11 +417,21 @@ int HybridRegistration::perform_correction_on_downsampled_gray_image(common::Ima
     return correction.run_correction();
 }
 
-void HybridRegistration::obtain_binarized_corrected_image(const common::Image& /*input*/,
-                                                          common::Image& /*output*/) {
-    // Sauvola (method 0, binarization_window and binarization_k) and the
-    // multi-scale method (1, binarization_k) are not part of the library yet.
-    throw kNoBinarization;
+void HybridRegistration::obtain_binarized_corrected_image(const common::Image& input, common::Image& output) {
+    if (binarization_method != 0) throw kNoMultiScale;
+    common::BasicImage* target = dynamic_cast<common::BasicImage*>(&output);
+    if (target == nullptr) throw kOutputNotBasicImage;
+    // The binarizer resets its output; a caller's buffer must never become
+    // ours, so the result is made in an owned image and copied over.
+    common::BasicImage result;
+    geometric::SauvolaBinarization sauvola(&input, &result);
+    sauvola.set_window_size(binarization_window);
+    sauvola.set_k(binarization_k);
+    if (!sauvola.run_binarization()) throw kNoGrayToBinarize;
+    if (target->get_data() == nullptr || target->get_image_type() != common::BINARY ||
+        target->get_height() != result.get_height() || target->get_width() != result.get_width())
+        throw kBinaryOutputSize;
+    std::memcpy(target->get_data(), result.get_data(), static_cast<size_t>(result.get_data_size()));
 }
 
 int HybridRegistration::estimate_spatial_resolution() {

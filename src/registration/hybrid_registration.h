@@ -131,7 +131,10 @@ public:
     // The same on the working image with the corners divided by the rate and
     // the correction's own fill colour; 0 when no working image exists.
     int perform_correction_on_downsampled_gray_image(common::Image& output);
-    // Binarizes input into output with the method, k and window set on the handle.
+    // Binarizes input into output (a BINARY image of input's size) with the
+    // method, k and window set on the handle: method 0 is the fast Sauvola.
+    // Throws const char* for the multi-scale method, which this version
+    // lacks, for a BGRA or UNKNOWN input and for an output of another kind.
     void obtain_binarized_corrected_image(const common::Image& input, common::Image& output);
 
     // Dots per inch from the run's own page analysis, times the rate; 300 when none can be made.

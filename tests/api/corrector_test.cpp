@@ -175,3 +175,48 @@ TEST(CorrectorFamily, ResolutionAndVanishingPointsWithoutSearches) {
     EXPECT_EQ(points.vertical_angle, 90.0f);
     destroy_corrector(handle);
 }
+
+TEST(CorrectorFamily, BinarizesWithSauvolaIntoTheCallersBuffer) {
+    // A dark square (gray 20) on paper (gray 220), 100 columns: 16 bytes a row.
+    GrayPage page(80, 100, 220);
+    for (int y = 30; y < 50; ++y)
+        for (int x = 40; x < 60; ++x) page.pixels[static_cast<size_t>(y) * 100 + x] = 20;
+    std::vector<unsigned char> bits(80 * 16, 0xAA);
+    ImageCApi output = {100, 80, 0, 0, 1, 1, bits.data()};
+    void* corrector = corrector_create();
+    set_binarization_window(corrector, 35);
+    set_binarization_k(corrector, 0.2f);
+    obtain_binarized_corrected_image(corrector, &page.record, &output);
+    EXPECT_EQ(output.data, bits.data());
+    EXPECT_EQ(output.is_binary, 1);
+    EXPECT_EQ(output.x_resolution, 300);
+    for (int y = 0; y < 80; ++y)
+        for (int x = 0; x < 100; ++x) {
+            const bool ink = (bits[static_cast<size_t>(y) * 16 + x / 8] >> (7 - x % 8)) & 1;
+            // The smoothing blurs the square's outline by a pixel, and its
+            // box lags a line, so the ruling is kept two pixels off the edge.
+            const bool inside = y >= 32 && y < 48 && x >= 42 && x < 58;
+            const bool outside = y < 28 || y >= 52 || x < 38 || x >= 62;
+            if (inside || outside) {
+                ASSERT_EQ(ink, inside) << x << "," << y;
+            }
+        }
+    destroy_corrector(corrector);
+}
+
+TEST(CorrectorFamily, BinarizationRefusals) {
+    GrayPage page(40, 40, 120);
+    std::vector<unsigned char> bits(40 * 8, 0);
+    ImageCApi output = {40, 40, 0, 0, 1, 1, bits.data()};
+    ImageCApi wrong_size = {39, 40, 0, 0, 1, 1, bits.data()};
+    ImageCApi gray_output = {40, 40, 0, 0, 1, 0, page.pixels.data()};
+    std::vector<unsigned char> four(40 * 40 * 4, 0);
+    ImageCApi bgra = {40, 40, 0, 0, 4, 0, four.data()};
+    void* corrector = corrector_create();
+    EXPECT_THROW(obtain_binarized_corrected_image(corrector, &page.record, &wrong_size), const char*);
+    EXPECT_THROW(obtain_binarized_corrected_image(corrector, &page.record, &gray_output), const char*);
+    EXPECT_THROW(obtain_binarized_corrected_image(corrector, &bgra, &output), const char*);
+    set_binarization_method(corrector, 1);
+    EXPECT_THROW(obtain_binarized_corrected_image(corrector, &page.record, &output), const char*);
+    destroy_corrector(corrector);
+}
