@@ -178,7 +178,7 @@ TEST(CorrectorFamily, ResolutionAndVanishingPointsWithoutSearches) {
 
 TEST(CorrectorFamily, BinarizesWithSauvolaIntoTheCallersBuffer) {
     // A dark square (gray 20) on paper (gray 220), 100 columns: 16 bytes a row.
-    GrayPage page(80, 100, 220);
+    Buffer page(100, 80, 1, 220);
     for (int y = 30; y < 50; ++y)
         for (int x = 40; x < 60; ++x) page.pixels[static_cast<size_t>(y) * 100 + x] = 20;
     std::vector<unsigned char> bits(80 * 16, 0xAA);
@@ -205,7 +205,7 @@ TEST(CorrectorFamily, BinarizesWithSauvolaIntoTheCallersBuffer) {
 }
 
 TEST(CorrectorFamily, BinarizationRefusals) {
-    GrayPage page(40, 40, 120);
+    Buffer page(40, 40, 1, 120);
     std::vector<unsigned char> bits(40 * 8, 0);
     ImageCApi output = {40, 40, 0, 0, 1, 1, bits.data()};
     ImageCApi wrong_size = {39, 40, 0, 0, 1, 1, bits.data()};
