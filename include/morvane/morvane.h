@@ -13,8 +13,9 @@
  *   every destroy function accepts NULL. No function validates handles.
  * - Failures: functions that can find nothing answer 0 or a negative code.
  *   Resource and type failures leave the C++ functions as C++ exceptions
- *   (of type int, const char* or std::string); a C++ caller that must survive
- *   every failure surrounds the calls itself. The library never prints,
+ *   (of type int, const char*, std::string, or a class derived from
+ *   std::exception whose what() is the message); a C++ caller that must
+ *   survive every failure surrounds the calls itself. The library never prints,
  *   never exits, starts no threads and keeps no state between handles.
  */
 #ifndef MORVANE_MORVANE_H

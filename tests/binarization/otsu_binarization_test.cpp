@@ -1,6 +1,7 @@
 // The binarization frame, the engine's table and Otsu's threshold.
 #include <gtest/gtest.h>
 
+#include <exception>
 #include <string>
 
 #include "binarization/binarization_enginee.h"
@@ -123,6 +124,12 @@ TEST(BinarizationFrame, NullOutputThrows) {
         FAIL() << "no exception";
     } catch (const Geometricexception& e) {
         EXPECT_EQ(e.get_message(), "the output image is empty");
+    }
+    // A caller that cannot name the type reads the same text.
+    try {
+        OtsuBinarization otsu(&gray, nullptr);
+    } catch (const std::exception& e) {
+        EXPECT_STREQ(e.what(), "the output image is empty");
     }
 }
 
