@@ -240,15 +240,18 @@ inline Page read_page(Reader& in) {
 // Writes the rest of the input over the pixels, from an offset it reads first.
 inline void finish_page(Reader& in, Page& page) {
     if (page.pixels.empty()) return;
-    size_t at = in.u32() % page.pixels.size();
+    const uint32_t offset = in.u32();
+    const size_t at = offset % page.pixels.size();
     const uint8_t* raw = in.rest();
     const size_t n = std::min(in.rest_size(), page.pixels.size() - at);
     std::memcpy(&page.pixels[at], raw, n);
     in.skip_all();
-    // Padding bits are cleared here: the blob family copies a row with set
-    // ones (tests/api/fuzz_findings_test.cpp covers that path), and clear
-    // padding keeps the inputs on the paths that read the caller's buffer.
-    if (page.kind == kBinary && page.width % 32 != 0) {
+    // The offset's top bit keeps the raw bytes in the padding of a 1-bit
+    // page; otherwise the padding is cleared. Callers hand both kinds: set
+    // padding sends the blob family through its cleaned copy of the page,
+    // clear padding through the caller's own buffer.
+    const bool keep_padding = (offset & 0x80000000u) != 0;
+    if (page.kind == kBinary && page.width % 32 != 0 && !keep_padding) {
         const int row = binary_row_bytes(page.width);
         for (int y = 0; y < page.height; ++y) {
             unsigned char* line = &page.pixels[static_cast<size_t>(y) * row];
