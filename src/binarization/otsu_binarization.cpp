@@ -1,7 +1,30 @@
 // Otsu's global threshold and its application inside the image frame.
 #include "binarization/otsu_binarization.h"
 
+#include <algorithm>
+#include <cstring>
+
 namespace geometric {
+
+namespace {
+
+// Sets the bit of every x in 1..width-2 whose byte is above the threshold,
+// eight pixels to a byte; the target line is zero on entry.
+void set_bright_bits(const unsigned char* source, int width, unsigned char threshold, unsigned char* target) {
+    const int last = width - 2;
+    const int whole_bytes = (last + 1) / 8;  // bytes whose eight pixels all lie in 0..last
+    for (int b = 0; b < whole_bytes; ++b) {
+        const unsigned char* pixels = source + 8 * b;
+        unsigned bits = 0;
+        for (int i = 0; i < 8; ++i) bits |= static_cast<unsigned>(pixels[i] > threshold) << (7 - i);
+        target[b] = static_cast<unsigned char>(bits);
+    }
+    target[0] &= 0x7f;  // the frame column 0 stays clear
+    for (int x = std::max(1, 8 * whole_bytes); x <= last; ++x)
+        if (source[x] > threshold) target[x >> 3] |= static_cast<unsigned char>(0x80u >> (x & 7));
+}
+
+}  // namespace
 
 OtsuBinarization::OtsuBinarization(const common::Image* input, common::BasicImage* output)
     : Binarization(input, output), invert(true) {}
@@ -10,10 +33,23 @@ void OtsuBinarization::obtain_threshold(const common::Image& gray, unsigned char
     const int height = gray.get_height();
     const int width = gray.get_width();
     unsigned long long histogram[256] = {};
+    // Four interleaved counts per line, so that runs of equal bytes do not
+    // wait on one counter; a line holds fewer than 2^32 pixels.
+    unsigned int counts[4][256];
     for (int y = 0; y < height; ++y) {
         const unsigned char* line = gray.get_line_pointer(y);
         if (line == nullptr) continue;
-        for (int x = 0; x < width; ++x) ++histogram[line[x]];
+        std::memset(counts, 0, sizeof counts);
+        int x = 0;
+        for (; x + 4 <= width; x += 4) {
+            ++counts[0][line[x]];
+            ++counts[1][line[x + 1]];
+            ++counts[2][line[x + 2]];
+            ++counts[3][line[x + 3]];
+        }
+        for (; x < width; ++x) ++counts[0][line[x]];
+        for (int i = 0; i < 256; ++i)
+            histogram[i] += static_cast<unsigned long long>(counts[0][i]) + counts[1][i] + counts[2][i] + counts[3][i];
     }
     double n = 0.0;
     double sum = 0.0;
@@ -48,13 +84,8 @@ bool OtsuBinarization::run_binarization_imp(common::Image* gray) {
     const int height = gray->get_height();
     const int width = gray->get_width();
     if (height >= 3 && width >= 3) {
-        for (int y = 1; y <= height - 2; ++y) {
-            const unsigned char* source = gray->get_line_pointer(y);
-            unsigned char* target = output->get_line_pointer(y);
-            for (int x = 1; x <= width - 2; ++x) {
-                if (source[x] > threshold) target[x >> 3] |= static_cast<unsigned char>(0x80u >> (x & 7));
-            }
-        }
+        for (int y = 1; y <= height - 2; ++y)
+            set_bright_bits(gray->get_line_pointer(y), width, threshold, output->get_line_pointer(y));
     }
     if (invert) output->invert();
     return true;

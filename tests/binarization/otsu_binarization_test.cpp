@@ -82,6 +82,39 @@ TEST(OtsuBinarization, WithoutInvertTheBrightClassIsSetAndTheFrameStaysClear) {
     EXPECT_EQ(output.get_pixel(39, 2), 0u);
 }
 
+// The application packs eight pixels to a byte; it must set exactly the bits
+// of a plain per-pixel walk, at every width around the byte edges.
+TEST(OtsuBinarization, PackedApplicationMatchesAPerPixelWalk) {
+    unsigned state = 12345u;
+    for (int width = 3; width <= 42; ++width) {
+        common::BasicImage gray = flat_page(5, width, 0);
+        for (int y = 0; y < 5; ++y)
+            for (int x = 0; x < width; ++x) {
+                state = state * 1664525u + 1013904223u;
+                gray.get_line_pointer(y)[x] = static_cast<unsigned char>(state >> 24);
+            }
+        const unsigned char threshold = otsu_threshold(gray);
+        common::BasicImage output;
+        OtsuBinarization otsu(&gray, &output);
+        otsu.set_invert(false);
+        otsu.set_despeckle(false);
+        ASSERT_TRUE(otsu.run_binarization());
+        for (int y = 0; y < 5; ++y) {
+            for (int x = 0; x < width; ++x) {
+                const bool inner = x >= 1 && y >= 1 && x <= width - 2 && y <= 3;
+                const bool expected = inner && gray.get_line_pointer(y)[x] > threshold;
+                ASSERT_EQ(output.get_pixel(x, y), expected ? 1u : 0u) << width << ": " << x << "," << y;
+            }
+            for (int b = (width + 7) / 8; b < output.get_row_size(); ++b) {
+                ASSERT_EQ(output.get_line_pointer(y)[b], 0);
+            }
+            if (width % 8 != 0) {
+                ASSERT_EQ(output.get_line_pointer(y)[width / 8] & (0xFF >> (width % 8)), 0);
+            }
+        }
+    }
+}
+
 TEST(OtsuBinarization, ImagesUnderThreePixelsASideAreAllSet) {
     const int sizes[][2] = {{2, 2}, {2, 40}, {40, 2}};
     for (const auto& s : sizes) {
