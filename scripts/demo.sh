@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds the library and morvane-scan (Release,
 # into build/), and runs the tool on the bundled sample photo: the
-# straightened page, the overlay and the JSON report go to out/.
+# straightened page, its black-and-white form, the overlay and the JSON
+# report go to out/.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/deps.sh
@@ -21,7 +22,7 @@ scan=build/tools/morvane-scan
 sample=samples/page.jpg
 mkdir -p out
 corners=$(grep -v '^#' samples/page.corners | head -n 1)
-run() { "$scan" "$sample" "$@" -o out/page.png --overlay out/overlay.png; }
+run() { "$scan" "$sample" "$@" -o out/page.png --binarize sauvola --overlay out/overlay.png; }
 
 status=0
 args=()
@@ -47,6 +48,7 @@ run "${args[@]}" --json >out/report.json || true
 echo
 if [ "$status" -eq 0 ]; then
   echo "the straightened page:  out/page.png"
+  echo "in black and white:     out/page-bw.png"
 else
   echo "no page written (exit code $status)"
 fi

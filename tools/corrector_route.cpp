@@ -3,6 +3,8 @@
 // family; corrector_route_absent.cpp stands in otherwise.
 #include "page_finder.h"
 
+#include <cstring>
+
 namespace scan {
 namespace {
 
@@ -57,6 +59,21 @@ Raster rectify_with_fill(const Raster& image, const ControlPointCorners& corners
         ImageCApi output = page.c_api();
         obtain_corrected_image_given_corners(corrector.handle(), &input, &corners, &output);
         return page;
+    });
+}
+
+Raster binarize_page(const Raster& page, int method, int window, float k) {
+    return call_library([&] {
+        Corrector corrector;
+        set_binarization_method(corrector.handle(), method);
+        if (window > 0) set_binarization_window(corrector.handle(), window);
+        if (k >= 0.0f) set_binarization_k(corrector.handle(), k);
+        Raster bitonal = make_raster(page.width, page.height, 1, true);
+        std::memset(bitonal.data.get(), 0, bitonal.byte_count());
+        const ImageCApi input = page.c_api();
+        ImageCApi output = bitonal.c_api();
+        obtain_binarized_corrected_image(corrector.handle(), &input, &output);
+        return bitonal;
     });
 }
 

@@ -14,4 +14,8 @@ Raster rectify_with_fill(const Raster&, const ControlPointCorners&, const unsign
     throw ImageProblem("--fill is not available in this build");
 }
 
+Raster binarize_page(const Raster&, int, int, float) {
+    throw ImageProblem("--binarize is not available in this build");
+}
+
 }  // namespace scan

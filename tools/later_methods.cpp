@@ -1,11 +1,12 @@
-// Methods the library gains later: binarization of the page and the
-// resolution estimate read results that the searches do not produce yet, so
-// this build offers neither rather than report made-up values.
+// Methods the library gains one by one: of the binarizations the Sauvola
+// method is here, the multi-scale one not yet; the resolution estimate reads
+// a page analysis that the searches do not produce yet. This build offers
+// what it has rather than report made-up values.
 #include "page_finder.h"
 
 namespace scan {
 
-bool binarization_available(const std::string&) { return false; }
+bool binarization_available(const std::string& method) { return method == "sauvola"; }
 
 bool resolution_estimate_available() { return false; }
 

@@ -30,9 +30,14 @@ bool corner_search_available();
 FindOutcome find_with_engine(int method, const Raster& image);
 
 // Binarization and the resolution estimate need methods that the library
-// gains later; these answer whether this build has them.
+// gains one by one; these answer whether this build has them.
 bool binarization_available(const std::string& method);
 bool resolution_estimate_available();
+
+// The black-and-white form of a straightened page (1 bit a pixel, a set bit
+// is ink) by the library's method 0 (Sauvola) or 1 (multi-scale). window
+// and k take the library's defaults when window is 0 and k negative.
+Raster binarize_page(const Raster& page, int method, int window, float k);
 
 // Rectifies with the free functions; the fill colour comes from the page's
 // border. Throws ImageProblem when the page would be too large.

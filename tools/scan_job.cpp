@@ -121,6 +121,20 @@ void process(const ScanOptions& options, JobReport& report) {
         write_image_file(paths.output, page, settings);
         report.written = true;
         report.encode_ms = milliseconds_since(start);
+
+        if (!paths.bitonal.empty()) {
+            start = Clock::now();
+            Raster bitonal;
+            try {
+                bitonal = binarize_page(page, options.binarize == "multiscale" ? 1 : 0,
+                                        options.has_window ? options.window : 0, options.has_k ? options.k : -1.0f);
+            } catch (const ImageProblem& problem) {
+                throw in_file(problem);
+            }
+            write_image_file(paths.bitonal, bitonal, settings);
+            report.bitonal_written = true;
+            report.binarize_ms = milliseconds_since(start);
+        }
     }
 
     if (!paths.overlay.empty()) {

@@ -15,6 +15,7 @@ struct JobPaths {
     std::string input;
     std::string output;   // empty: nothing written
     std::string overlay;  // empty: no overlay
+    std::string bitonal;  // empty: no black-and-white page
 };
 
 enum class CornerSource { None, Given, Corrector, Engine };
@@ -38,10 +39,11 @@ struct JobReport {
 
     bool written = false;       // the page (or, with --always-write, the whole image)
     bool overlay_written = false;
+    bool bitonal_written = false;
     int output_width = 0;
     int output_height = 0;
 
-    double decode_ms = 0, find_ms = 0, rectify_ms = 0, encode_ms = 0, overlay_ms = 0, total_ms = 0;
+    double decode_ms = 0, find_ms = 0, rectify_ms = 0, encode_ms = 0, binarize_ms = 0, overlay_ms = 0, total_ms = 0;
 };
 
 JobReport run_job(const JobPaths& paths, const ScanOptions& options);

@@ -40,6 +40,13 @@ std::string stem(const std::string& name) {
     return dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
 }
 
+// The black-and-white page beside the output: page.jpg gives page-bw.png.
+std::string bitonal_name(const std::string& output) {
+    const std::size_t slash = output.find_last_of('/');
+    const std::size_t start = slash == std::string::npos ? 0 : slash + 1;
+    return output.substr(0, start) + stem(output.substr(start)) + "-bw.png";
+}
+
 bool same_file(const std::string& a, const std::string& b) {
     struct stat sa {}, sb {};
     return stat(a.c_str(), &sa) == 0 && stat(b.c_str(), &sb) == 0 && sa.st_dev == sb.st_dev && sa.st_ino == sb.st_ino;
@@ -94,10 +101,11 @@ std::vector<JobPaths> plan(const ScanOptions& options) {
         if (!options.output_folder.empty()) {
             paths.output = options.output_folder + "/" + (format_of_name(name) == ImageFormat::Unknown ? name + ".png" : name);
         }
+        if (!options.binarize.empty()) paths.bitonal = bitonal_name(paths.output);
         if (!options.overlay.empty()) {
             paths.overlay = batch ? options.overlay + "/" + stem(name) + "-overlay.png" : options.overlay;
         }
-        for (const std::string* target : {&paths.output, &paths.overlay}) {
+        for (const std::string* target : {&paths.output, &paths.overlay, &paths.bitonal}) {
             if (target->empty()) continue;
             if (!targets.insert(*target).second) throw ScanError("two results would both be written to '" + *target + "'");
             if (same_file(*target, input)) throw ScanError("cannot write '" + *target + "': it is the input");

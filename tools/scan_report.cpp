@@ -41,6 +41,14 @@ std::string outcome_words(const JobReport& report) {
     return words + " (" + report.meaning + ")";
 }
 
+// ", binarize 0.12" when the black-and-white page was made.
+std::string binarize_time(const JobReport& report) {
+    if (!report.bitonal_written) return std::string();
+    char text[40];
+    std::snprintf(text, sizeof text, ", binarize %.2f", report.binarize_ms / 1000.0);
+    return text;
+}
+
 }  // namespace
 
 std::string summary_text(const JobReport& report) {
@@ -59,11 +67,12 @@ std::string summary_text(const JobReport& report) {
     } else if (!paths.output.empty()) {
         text += "  nothing written to " + paths.output + " (--always-write writes the whole image)\n";
     }
+    if (report.bitonal_written) text += "  black-and-white page written to " + paths.bitonal + "\n";
     if (report.overlay_written) text += "  overlay written to " + paths.overlay + "\n";
-    char times[160];
-    std::snprintf(times, sizeof times, "  time: %s (decode %.2f, find %.2f, rectify %.2f, encode %.2f)\n",
+    char times[200];
+    std::snprintf(times, sizeof times, "  time: %s (decode %.2f, find %.2f, rectify %.2f, encode %.2f%s)\n",
                   seconds(report.total_ms).c_str(), report.decode_ms / 1000.0, report.find_ms / 1000.0,
-                  report.rectify_ms / 1000.0, report.encode_ms / 1000.0);
+                  report.rectify_ms / 1000.0, report.encode_ms / 1000.0, binarize_time(report).c_str());
     return text + times;
 }
 
@@ -101,6 +110,7 @@ std::string json_report(const JobReport& report) {
     } else {
         json.null("output_width").null("output_height");
     }
+    json.text_or_null("bitonal", report.bitonal_written ? report.paths.bitonal : std::string());
     json.text_or_null("overlay", report.overlay_written ? report.paths.overlay : std::string());
     // The estimate is not in this build: null, never a made-up 300.
     json.null("dpi");
@@ -109,6 +119,7 @@ std::string json_report(const JobReport& report) {
         .number("find", report.find_ms, 1)
         .number("rectify", report.rectify_ms, 1)
         .number("encode", report.encode_ms, 1)
+        .number("binarize", report.binarize_ms, 1)
         .number("overlay", report.overlay_ms, 1)
         .number("total", report.total_ms, 1);
     json.raw("times_ms", times.str()).number("exit", static_cast<long long>(report.exit_code));
