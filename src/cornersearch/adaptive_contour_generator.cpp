@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "binarization/otsu_binarization.h"
+#include "cornersearch/corner_preprocessing.h"
 #include "pixel/average_filtering.h"
 #include "pixel/canny_edge_detector.h"
 #include "pixel/geo_morph_iterative_dilation.h"
@@ -55,13 +55,7 @@ void AdaptiveContourGenerator::canny_edge_detector(const common::Image& input, c
 }
 
 void AdaptiveContourGenerator::adaptive_binarize() {
-    const common::BasicImage gray(*image);
-    common::BasicImage difference;
-    geometric::AverageFiltering::use_native(gray, difference, 77, 77);
-    geometric::ImageOperator::substract(gray, difference);  // difference = gray - average, 0 below
-    geometric::OtsuBinarization otsu(&difference, contours);
-    otsu.set_invert(false);
-    otsu.run_binarization();
+    CornerPreprocessing::perform_adaptive_binarization(*image, *contours, 77);
     dilate(*contours);
 }
 

@@ -25,6 +25,17 @@ public:
 
     // is_convex, then check_angles.
     static bool check_constrains(const std::vector<Geocoordinate<float>>& corners, double minimum_angle);
+
+    // The checks of a page found in a width x height image, in order:
+    // -3 a corner outside the image (with within_image), -5 not four corners
+    // or check_constrains false, -4 a shoelace area (single precision, as a
+    // share of the image) not above the area limit, which is minimum_area
+    // when the output's longer to shorter side lies strictly between 1.2 and
+    // 1.4 and minimum_area - 0.1 otherwise, -6 an output whose larger share
+    // of the image's width or height is not above minimum_share; else 1.
+    static int examine_page_output(const std::vector<Geocoordinate<float>>& corners, int width, int height,
+                                   bool within_image, double minimum_angle, double minimum_area,
+                                   double minimum_share);
 };
 
 }  // namespace geometric

@@ -12,6 +12,7 @@
 #include "correction/projective_correction.h"
 #include "pixel/image_integer_down_sampling.h"
 #include "registration/corner_examiner.h"
+#include "registration/line_registration.h"
 #include "registration/pending_search_registration.h"
 
 namespace hybrid {
@@ -155,13 +156,18 @@ int HybridRegistration::run_feature_searching() {
 }
 
 void HybridRegistration::create_edge_registration() {
-    // The page-edge searches are not part of the library yet; until they
-    // are, the edge object finds nothing.
-    edge_registration = new PendingSearchRegistration(downsampled_image);
+    // The classic edge route is not part of the library yet: the staged
+    // search serves whatever use_line_registration says. Edge search alone
+    // adds the line stage; before a text search the contour stages decide.
+    const geometric_test::OperationalBoundingEdgeRegistration::Method method =
+        hybrid_method != HYBRID_EDGES_ONLY ? geometric_test::OperationalBoundingEdgeRegistration::BINARY_EDGE_SEARCH
+                                           : geometric_test::OperationalBoundingEdgeRegistration::BINARY_EDGE_LINE_SEARCH;
+    edge_registration = new geometric_test::LineRegistration(downsampled_image, method);
 }
 
 void HybridRegistration::create_feature_registration() {
-    // Likewise the text search.
+    // The text search is not part of the library yet; its stand-in passes on
+    // what the edge search found.
     feature_registration = new PendingSearchRegistration(downsampled_image);
 }
 
@@ -244,40 +250,10 @@ int HybridRegistration::return_hybrid_result(geometric::RegistrationOutputType r
 
 int HybridRegistration::check_projective_output() {
     obtain_internal_corners();
-    // Registrations leave four corners or none; anything else is no quadrilateral.
-    if (corners.size() != 4) return -5;
-    const int width = input_image->get_width();
-    const int height = input_image->get_height();
-
-    if (within_the_image) {
-        if (corners[0].x < 0 || corners[3].x < 0 || corners[1].x > width - 1 || corners[2].x > width - 1 ||
-            corners[0].y < 0 || corners[1].y < 0 || corners[2].y > height - 1 || corners[3].y > height - 1)
-            return -3;
-    }
-    if (!geometric::CornerExaminer::check_constrains(corners, minimum_quadrilateral_angle)) return -5;
-
-    int output_width = 0;
-    int output_height = 0;
-    geometric::ProjectiveCorrection::calculate_output_dimension(corners, output_width, output_height);
-    const float ratio = static_cast<float>(std::max(output_width, output_height)) /
-                        static_cast<float>(std::min(output_width, output_height));
-    // A page of ordinary proportions must meet the higher limit; with the
-    // default every other shape passes any test of area.
-    const double limit = (ratio > 1.2 && ratio < 1.4) ? minimum_aoi_area : minimum_aoi_area - 0.1;
-
-    // Shoelace formula in single precision.
-    float sum = 0.0f;
-    for (size_t i = 0; i < 4; ++i) {
-        const geometric::Geocoordinate<float>& p = corners[i];
-        const geometric::Geocoordinate<float>& q = corners[(i + 1) % 4];
-        sum += p.x * q.y - q.x * p.y;
-    }
-    const float area = std::fabs(0.5f * sum) / (static_cast<float>(height) * static_cast<float>(width));
-    if (!(area > limit)) return -4;
-
-    const double width_share = static_cast<double>(output_width) / width;
-    const double height_share = static_cast<double>(output_height) / height;
-    return std::max(width_share, height_share) > minimum_largest_dimension_percentage_threshold ? 1 : -6;
+    return geometric::CornerExaminer::examine_page_output(corners, input_image->get_width(), input_image->get_height(),
+                                                          within_the_image, minimum_quadrilateral_angle,
+                                                          minimum_aoi_area,
+                                                          minimum_largest_dimension_percentage_threshold);
 }
 
 // ---------------------------------------------------------------------------
