@@ -1,5 +1,5 @@
 // The corrector family through the shared library: refusals, the boundary's
-// codes, rectification with the caller's corners, fill colour, and the
+// codes, the page found by its edges, rectification with the caller's corners, fill colour, and the
 // functions that answer without searches.
 #include <gtest/gtest.h>
 
@@ -67,6 +67,41 @@ TEST(CorrectorFamily, EdgeThenFeatureSearchAnswerNoUsableResult) {
     const ControlPointCorners whole = {{0, 79, 79, 0}, {0, 0, 59, 59}};
     EXPECT_EQ(std::memcmp(&corners, &whole, sizeof corners), 0);
     destroy_corrector(handle);
+}
+
+// A bright page with rows of dark marks on a darker, slightly noisy desk.
+Buffer page_photo(int width, int height, int left, int top, int right, int bottom) {
+    Buffer photo(width, height, 1, 0);
+    unsigned state = 99u;
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            state = state * 1664525u + 1013904223u;
+            const bool page = x >= left && x <= right && y >= top && y <= bottom;
+            const bool mark = page && (y - top) % 30 > 22 && (x - left) % 14 < 9 && x > left + 40 && x < right - 40 &&
+                              y > top + 40 && y < bottom - 40;
+            photo.pixels[static_cast<size_t>(y) * width + x] =
+                static_cast<unsigned char>((mark ? 40 : page ? 205 : 70) + static_cast<int>(state >> 29) - 3);
+        }
+    return photo;
+}
+
+TEST(CorrectorFamily, FindsAPageByItsEdgesInBothModes) {
+    const Buffer photo = page_photo(800, 600, 120, 80, 679, 519);
+    const int expected_x[4] = {120, 679, 679, 120}, expected_y[4] = {80, 80, 519, 519};
+    for (int method : {1, 0}) {
+        void* handle = corrector_create();
+        set_registration_method(handle, method);
+        const int code = method == 0 ? run_edge_searching(handle, &photo.record)
+                                     : run_projective_correction(handle, &photo.record);
+        EXPECT_TRUE(code == 1 || code == 2) << method << ": " << code;
+        ControlPointCorners corners;
+        obtain_four_corners(handle, &corners);
+        for (int k = 0; k < 4; ++k) {
+            EXPECT_NEAR(corners.x[k], expected_x[k], 4) << method << " corner " << k;
+            EXPECT_NEAR(corners.y[k], expected_y[k], 4) << method << " corner " << k;
+        }
+        destroy_corrector(handle);
+    }
 }
 
 TEST(CorrectorFamily, RectifiesWithTheCallersCornersLikeTheFreeFunction) {
