@@ -1,6 +1,5 @@
-// Page finding and filled rectification through the corrector family. The
-// build compiles this file only when the library's header declares that
-// family; corrector_route_absent.cpp stands in otherwise.
+// Page finding, filled rectification and binarization through the
+// corrector family.
 #include "page_finder.h"
 
 #include <cstring>

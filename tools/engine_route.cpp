@@ -1,6 +1,4 @@
-// Corner finding through the corner search family. The build compiles this
-// file only when the library's header declares that family;
-// engine_route_absent.cpp stands in otherwise.
+// Corner finding through the corner search family.
 #include "page_finder.h"
 
 namespace scan {

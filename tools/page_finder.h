@@ -1,7 +1,6 @@
-// The library calls of morvane-scan: finding the page's corners and
-// rectifying. Each family the tool needs is compiled in only when the
-// library's header offers it; otherwise the *_available() answers say so
-// and the tool tells the user instead of calling.
+// The library calls of morvane-scan: finding the page's corners,
+// rectifying and binarizing. The *_available() answers tell which methods
+// the library offers, so that the tool says so instead of calling.
 #ifndef MORVANE_TOOLS_PAGE_FINDER_H
 #define MORVANE_TOOLS_PAGE_FINDER_H
 

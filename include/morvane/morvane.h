@@ -357,6 +357,57 @@ MORVANE_API void estimate_spatial_resolution(void* handle, const ImageCApi* imag
 
 /* ---- corner search family ---- */
 
+/*
+ * Creates a corner search engine: it finds the four corners of a page without
+ * rectifying it. method chooses the search:
+ *   0  the corrector's edge search (the four setters below must not be
+ *      called on such a handle)
+ *   1  edges, then Hough lines, then strict corners
+ *   2  adaptive binarization, then Hough lines, then strict corners
+ *   3  1, and 2 when 1 fails
+ *   4  edges, then large blobs, then strict corners
+ *   5  adaptive binarization, then large blobs, then strict corners
+ *   6  the staged search: large blobs of a binary contour image, then of an
+ *      edge contour image, then line segments
+ *   7  the line segment stage alone
+ * In this version the Hough analyzer (1 to 3) and the line segment stage
+ * (the last stage of 6, and 7) are not part of the library and report
+ * failure; the large-blob analyzer of 4 and 5 finds no lines of its own, so
+ * those fail too. Methods 8 and above must not be passed: they assemble a
+ * search of null strategies, and running it ends the process. Returns the
+ * handle; free it with destroy_corner_search_enginee.
+ */
+MORVANE_API void* create_corner_search_enginee(int method);
+
+/* Frees an engine; NULL is ignored. */
+MORVANE_API void destroy_corner_search_enginee(void* handle);
+
+/*
+ * Finds the page in image (gray, RGB or 1-bit; brought down to at most 1500
+ * pixels a side for the search) and writes its corners, in image pixels,
+ * rounded by floor(v + 0.5): top-left, top-right, bottom-right, bottom-left.
+ * Returns 1 when a page was found and passed the checks; otherwise -1 or a
+ * check's code: -3 a corner outside the image (see
+ * set_corner_detection_within_image), -4 area too small, -5 not convex or
+ * an angle too small, -6 output too small. corners is always written: on
+ * failure with the image's own corners (method 0) or what the search left,
+ * which starts as the image's corners. Exceptions of the image layer
+ * (const char*) pass through.
+ */
+MORVANE_API int perform_corner_searching(void* handle, const ImageCApi* image, ControlPointCorners* corners);
+
+/* Smallest page area as a fraction of the image area, no lower limit; default 0.05. Not with method 0. */
+MORVANE_API void set_corner_detection_minimum_quadrilateral_area(void* handle, float fraction);
+
+/* Smallest corner angle of the page, degrees; default 45. Not with method 0. */
+MORVANE_API void set_corner_detection_minimum_quadrilateral_angle(void* handle, float degrees);
+
+/* The larger of output-to-image width and height ratios must exceed this; default 0.1. Not with method 0. */
+MORVANE_API void set_corner_detection_minimum_largest_dimension_percentage_threshold(void* handle, float fraction);
+
+/* From now on a corner outside the image fails the search with -3; default off. Not with method 0. */
+MORVANE_API void set_corner_detection_within_image(void* handle);
+
 /* ------------------------------------------------------------------------ */
 /* Image-quality evaluator family                                            */
 /* ------------------------------------------------------------------------ */

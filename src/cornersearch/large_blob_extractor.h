@@ -11,12 +11,21 @@
 
 namespace geometric {
 
+struct CornerSearchPara;
+
 struct LargeBlobExtractorPara {
     float minimum_blob_area = 0.0f;    // pixels of the box, w x h
     float minimum_blob_width = 0.0f;
     float minimum_blob_height = 0.0f;
     float minimum_total_area = 0.0f;   // the area selection stops once the chosen boxes reach it
     int maximum_selected_blobs = 0;
+
+    LargeBlobExtractorPara() = default;
+    LargeBlobExtractorPara(const LargeBlobExtractorPara&) = default;
+    LargeBlobExtractorPara& operator=(const LargeBlobExtractorPara&) = default;
+    // Size ratio to area, height ratio to width, width ratio to height
+    // (crossed, as the thresholds were tuned), area ratio to total area.
+    LargeBlobExtractorPara& operator=(const CornerSearchPara& para);
 };
 
 // The selections shared by both generations. Each works on parallel lists

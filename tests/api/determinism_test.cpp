@@ -213,3 +213,31 @@ TEST(Determinism, BlobCalculatorAnswersTheSameTwiceAndWhenTwoHandlesInterleave) 
         EXPECT_EQ(alone[0][step], together[1][step]) << step;
     }
 }
+
+TEST(Determinism, CornerSearchAnswersTheSameTwiceAndWhenTwoHandlesInterleave) {
+    PhotographedPage page(320, 240, 1);
+    const ImageCApi input = page.record();
+    for (int method : {0, 6}) {
+        ControlPointCorners alone[2], together[2];
+        int codes[4];
+        for (int i = 0; i < 2; ++i) {
+            void* handle = create_corner_search_enginee(method);
+            codes[i] = perform_corner_searching(handle, &input, &alone[i]);
+            destroy_corner_search_enginee(handle);
+        }
+        void* a = create_corner_search_enginee(method);
+        void* b = create_corner_search_enginee(method);
+        codes[2] = perform_corner_searching(a, &input, &together[0]);
+        codes[3] = perform_corner_searching(b, &input, &together[1]);
+        // A second run on the same handles repeats the first.
+        codes[2] += 10 * perform_corner_searching(a, &input, &together[0]);
+        codes[3] += 10 * perform_corner_searching(b, &input, &together[1]);
+        destroy_corner_search_enginee(a);
+        destroy_corner_search_enginee(b);
+        EXPECT_EQ(codes[0], codes[1]) << method;
+        EXPECT_EQ(codes[2], 11 * codes[0]) << method;
+        EXPECT_EQ(codes[3], 11 * codes[0]) << method;
+        for (const ControlPointCorners& other : {alone[1], together[0], together[1]})
+            EXPECT_EQ(std::memcmp(&alone[0], &other, sizeof other), 0) << method;
+    }
+}
