@@ -107,7 +107,14 @@ def blob_calculator(rng, kind, w, h, mode):
     return data + u8(rng.randrange(256)) + u8(rng.randrange(256)) + tail(rng)
 
 
+def corner_search(rng, kind, w, h, mode):
+    data = page(rng, kind, w, h) + u8(rng.choice([0, 6, 6, 4, 7, 1]))
+    data += u8(rng.getrandbits(4) if rng.random() < 0.5 else 0)
+    return data + bytes(rng.randrange(256) for _ in range(3)) + u8(rng.randrange(2)) + tail(rng)
+
+
 TARGETS = {
+    "corner_search_fuzz": corner_search,
     "blob_calculator_fuzz": blob_calculator,
     "free_functions_fuzz": free_functions,
     "corrector_fuzz": corrector,
