@@ -20,7 +20,8 @@ struct CornerSearchPara {
     int search_flag = 1;
     hybrid::ProjectiveRegistrationPara registration;
 
-    CornerSearchPara& operator=(const CornerSearchPara& other);
+    // Every field, the nested records through their own assignment.
+    CornerSearchPara& operator=(const CornerSearchPara& other) = default;
 };
 
 }  // namespace geometric

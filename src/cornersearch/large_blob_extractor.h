@@ -24,7 +24,7 @@ struct LargeBlobExtractorPara {
     LargeBlobExtractorPara(const LargeBlobExtractorPara&) = default;
     LargeBlobExtractorPara& operator=(const LargeBlobExtractorPara&) = default;
     // Size ratio to area, height ratio to width, width ratio to height
-    // (crossed, as the thresholds were tuned), area ratio to total area.
+    // (crossed deliberately), area ratio to total area.
     LargeBlobExtractorPara& operator=(const CornerSearchPara& para);
 };
 
