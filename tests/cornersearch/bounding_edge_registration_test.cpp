@@ -20,18 +20,31 @@ double worst_corner_error(const Corners& found, const page_photos::Quad& page) {
     return worst;
 }
 
-// Upright and tilted by a projective distortion: the staged search finds the
-// page to within a few pixels, and again identically.
+// Upright, tilted by a projective distortion, and touching the bottom or the
+// left border of the image: the staged search finds the page to within a
+// few pixels, and again identically.
 TEST(OperationalBoundingEdgeRegistration, FindsPagesWithVisibleEdges) {
-    const page_photos::Quad pages[] = {page_photos::quad(120, 80, 680, 80, 680, 520, 120, 520),
-                                       page_photos::quad(160, 100, 660, 60, 720, 540, 100, 500)};
-    for (const page_photos::Quad& page : pages) {
+    struct Case {
+        const char* name;
+        page_photos::Quad page;
+        int method_code;  // which stage found it, and how
+    };
+    const Case cases[] = {
+        {"upright", page_photos::quad(120, 80, 680, 80, 680, 520, 120, 520), 100},
+        {"tilted", page_photos::quad(160, 100, 660, 60, 720, 540, 100, 500), 100},
+        // The bottom side lies on the image's border: the binary stage combines its candidates.
+        {"on the bottom border", page_photos::quad(120, 80, 680, 80, 680, 597, 120, 597), 102},
+        {"on the left border", page_photos::quad(2, 80, 680, 80, 680, 520, 2, 520), 200},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const page_photos::Quad& page = c.page;
         const common::BasicImage photo = page_photos::photo(800, 600, page);
         OperationalBoundingEdgeRegistration search;
         Corners corners;
         ASSERT_EQ(search.run_projective_registration(photo, corners), 1);
         ASSERT_EQ(corners.size(), 4u);
-        EXPECT_EQ(search.method_code, 100);  // the binary stage found it, status 0
+        EXPECT_EQ(search.method_code, c.method_code);
         EXPECT_GT(search.confidence, 0.0);
         EXPECT_LE(worst_corner_error(corners, page), 5.0);
         Corners again;
