@@ -26,19 +26,11 @@ run() { "$scan" "$sample" "$@" -o out/page.png --binarize sauvola --overlay out/
 
 status=0
 args=()
-if "$scan" --help | grep -q "page finding .* available$"; then
-  echo "finding the page in $sample ..."
-  run || status=$?
-  if [ "$status" -eq 1 ]; then
-    echo "this build's search found no page; the demo falls back to the sample's known corners"
-  fi
-else
-  echo "page finding is not in this build yet: the demo uses the sample's known corners"
-  status=1
-fi
+echo "finding the page in $sample ..."
+run || status=$?
 if [ "$status" -eq 1 ]; then
-  # The corners that the sample photo was made with.
-  echo "from samples/page.corners ($corners)"
+  # No page found: rectify with the corners the sample photo was made with.
+  echo "no page found; the demo falls back to the sample's known corners ($corners)"
   args=(--corners "$corners")
   status=0
   run "${args[@]}" || status=$?
