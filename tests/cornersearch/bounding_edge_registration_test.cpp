@@ -96,7 +96,7 @@ TEST(OperationalBoundingEdgeRegistration, BlankImagesAndTextureGiveNoPage) {
         for (int x = 0; x < 400; ++x) {
             state = state * 1664525u + 1013904223u;
             // Cells of 12 x 12 pixels at one of four levels, chosen by a hash of the cell.
-            const std::uint32_t cell = static_cast<std::uint32_t>((x / 12) * 73856093 ^ (y / 12) * 19349663);
+            const std::uint32_t cell = static_cast<std::uint32_t>(x / 12) * 73856093u ^ static_cast<std::uint32_t>(y / 12) * 19349663u;
             texture.get_line_pointer(y)[x] = static_cast<unsigned char>(90 + ((cell >> 7) % 4) * 20 + (state >> 29));
         }
     // Blobs of noise or texture reach every border: the only quadrilateral
