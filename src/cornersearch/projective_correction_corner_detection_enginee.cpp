@@ -19,7 +19,8 @@ public:
     int extract_bounding_lines(const common::Image&, BoundingLines&) override { return -1; }
 };
 
-int rounded(float value) { return static_cast<int>(std::floor(value + 0.5f)); }
+// Halves up, in double as the corrector rounds, so that 0.49999997 stays 0.
+int rounded(float value) { return static_cast<int>(std::floor(static_cast<double>(value) + 0.5)); }
 
 }  // namespace
 
