@@ -26,14 +26,6 @@ using bench_photo::kHeight;
 using bench_photo::kWidth;
 using bench_photo::page;
 
-std::vector<geometric::LineSegmentRect> ours(bool link) {
-    geometric::LineSegmentGenerator generator;
-    generator.link_segments = link;
-    std::vector<geometric::LineSegmentRect> segments;
-    generator.generate_line_segments(geometric::ImageObject<unsigned char>(page().data(), kWidth, kHeight), segments);
-    return segments;
-}
-
 void BM_LineSegmentGenerator(benchmark::State& state) {
     geometric::LineSegmentGenerator generator;
     generator.link_segments = state.range(0) != 0;
@@ -50,6 +42,14 @@ void BM_LineSegmentGenerator(benchmark::State& state) {
 BENCHMARK(BM_LineSegmentGenerator)->ArgName("link")->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond);
 
 #ifdef MORVANE_HAVE_OPENCV
+std::vector<geometric::LineSegmentRect> ours(bool link) {
+    geometric::LineSegmentGenerator generator;
+    generator.link_segments = link;
+    std::vector<geometric::LineSegmentRect> segments;
+    generator.generate_line_segments(geometric::ImageObject<unsigned char>(page().data(), kWidth, kHeight), segments);
+    return segments;
+}
+
 // Standard refinement (region refinement, no NFA step on the rectangle) or
 // advanced (with the NFA improvement steps, as our detector always runs).
 bool opencv_detect(cv::Mat& lines, int refine = cv::LSD_REFINE_STD) {
