@@ -132,6 +132,16 @@ const common::BasicImage& working_image() {
     return *working;
 }
 
+// The contour image of the binary stage (binary objects) or of the edge stage (edge objects).
+void make_contour_image(const common::BasicImage& work, bool edges, common::BasicImage& contours) {
+    geometric_test::AdaptiveContourGenerator generator(work, contours);
+    if (edges) {
+        generator.generate_edge_objects();
+    } else {
+        generator.generate_binary_objects();
+    }
+}
+
 // Stages 2 and 3: the contour image of a contour stage alone, and the large
 // blobs with the page sides along them on that image.
 void BM_ContourImage(benchmark::State& state) {
@@ -139,12 +149,7 @@ void BM_ContourImage(benchmark::State& state) {
     const bool edges = state.range(0) != 0;
     for (auto _ : state) {
         common::BasicImage contours;
-        geometric_test::AdaptiveContourGenerator generator(work, contours);
-        if (edges) {
-            generator.generate_edge_objects();
-        } else {
-            generator.generate_binary_objects();
-        }
+        make_contour_image(work, edges, contours);
         benchmark::DoNotOptimize(contours.get_data());
     }
     state.counters["work_w"] = work.get_width();
@@ -156,12 +161,7 @@ void BM_BlobsAndSides(benchmark::State& state) {
     const common::BasicImage& work = working_image();
     const bool edges = state.range(0) != 0;
     common::BasicImage contours;
-    geometric_test::AdaptiveContourGenerator generator(work, contours);
-    if (edges) {
-        generator.generate_edge_objects();
-    } else {
-        generator.generate_binary_objects();
-    }
+    make_contour_image(work, edges, contours);
     int result = 0;
     for (auto _ : state) {
         std::vector<std::vector<geometric::Geocoordinate<int>>> outlines;
