@@ -17,8 +17,7 @@
 
 #include "common/basic_image.h"
 #include "cornersearch/adaptive_contour_generator.h"
-#include "cornersearch/analysis_blob_extractor.h"
-#include "cornersearch/blob_boundary_estimator.h"
+#include "cornersearch/bounding_edge_registration.h"
 #include "image_file.h"
 #include "morvane/morvane.h"
 #include "registration/hybrid_registration.h"
@@ -29,9 +28,7 @@ namespace {
 constexpr int kWidth = 3000;
 constexpr int kHeight = 4000;
 
-// The sample's corners (samples/page.corners) in the scaled photo.
-constexpr double kScale = 5.0 / 3.0;
-constexpr double kTruth[8] = {196, 321, 1206, 173, 1366, 1674, 332, 1739};
+constexpr double kScale = 5.0 / 3.0;  // 1800 x 2400 to 3000 x 4000
 
 struct Photo {
     std::vector<unsigned char> rgb;
@@ -80,11 +77,35 @@ const Photo& photo() {
     return scaled;
 }
 
-// The largest distance of a found corner from the known one, in pixels of the photo.
+// The sample's known corners (the eight numbers of samples/page.corners, after
+// its comment lines), in pixels of the sample.
+std::vector<double> known_corners() {
+    std::vector<double> xy;
+    if (std::FILE* file = std::fopen(MORVANE_SAMPLE_CORNERS, "r")) {
+        char line[256];
+        while (std::fgets(line, sizeof line, file)) {
+            if (line[0] == '#') continue;
+            for (char* p = line; xy.size() < 8;) {
+                char* end = nullptr;
+                const double v = std::strtod(p, &end);
+                if (end == p) break;
+                xy.push_back(v);
+                p = *end == ',' ? end + 1 : end;
+            }
+        }
+        std::fclose(file);
+    }
+    return xy;
+}
+
+// The largest distance of a found corner from the known one, in pixels of the
+// photo; -1 when the known corners cannot be read.
 double corner_error(const ControlPointCorners& found) {
+    const std::vector<double> truth = known_corners();
+    if (truth.size() != 8) return -1;
     double worst = 0;
     for (int i = 0; i < 4; ++i)
-        worst = std::max(worst, std::hypot(found.x[i] - kTruth[2 * i] * kScale, found.y[i] - kTruth[2 * i + 1] * kScale));
+        worst = std::max(worst, std::hypot(found.x[i] - truth[2 * i] * kScale, found.y[i] - truth[2 * i + 1] * kScale));
     return worst;
 }
 
@@ -162,15 +183,11 @@ void BM_BlobsAndSides(benchmark::State& state) {
     const bool edges = state.range(0) != 0;
     common::BasicImage contours;
     make_contour_image(work, edges, contours);
+    geometric_test::OperationalBoundingEdgeRegistration search;
     int result = 0;
     for (auto _ : state) {
-        std::vector<std::vector<geometric::Geocoordinate<int>>> outlines;
-        std::vector<geometric::Geobox<int>> boxes;
-        geometric_test::AnalysisBlobExtractor(0.1f, 0.05f, 0.05f, 5).extract_analysis_blobs(contours, outlines, boxes);
-        auto wrapper = std::make_shared<geometric_test::BoundingLineArrayWrapper>(work, !edges);
-        geometric_test::BlobBoundaryEstimator estimator(work.get_width(), work.get_height(), &outlines, &boxes,
-                                                        wrapper);
-        result = estimator.estimate_blob_lines();
+        geometric_test::BoundingLineArrayWrapper wrapper(work, !edges);
+        result = search.estimate_boundaries_from_large_blobs(contours, wrapper);
     }
     state.counters["sides_found"] = result == 0 ? 1 : 0;
 }
