@@ -1,18 +1,22 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds the library and morvane-scan (Release,
-# into build/), and runs the tool on the bundled sample photo: the
-# straightened page, its black-and-white form, the overlay and the JSON
-# report go to out/.
+# Installs what is missing, builds the library, morvane-scan and the Python
+# package (Release, into build/), and runs the tool on the bundled sample
+# photo: the straightened page, its black-and-white form, the overlay and the
+# JSON report go to out/. Then the Python batch straightens the sample on a
+# local Dask cluster into out/batch/.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/deps.sh
 # shellcheck disable=SC2086
 ensure_packages $MORVANE_BUILD_PACKAGES
 
-echo "building morvane and morvane-scan (Release) into build/ ..."
+echo "building morvane, morvane-scan and the Python package (Release) into build/ ..."
 log=build/demo-build.log
 mkdir -p build
-if ! { cmake -S . -B build -DCMAKE_BUILD_TYPE=Release && cmake --build build -j"$(nproc)" --target morvane-scan; } >"$log" 2>&1; then
+targets=(morvane-scan)
+build_python() { grep -q '^MORVANE_BUILD_PYTHON:BOOL=ON' build/CMakeCache.txt; }
+if ! { cmake -S . -B build -DCMAKE_BUILD_TYPE=Release && { ! build_python || targets+=(_morvane); } &&
+       cmake --build build -j"$(nproc)" --target "${targets[@]}"; } >"$log" 2>&1; then
   tail -n 30 "$log"
   echo "the build failed; the whole log is in $log" >&2
   exit 1
@@ -46,4 +50,12 @@ else
 fi
 echo "the overlay:            out/overlay.png"
 echo "the JSON report:        out/report.json"
+
+if build_python; then
+  python=$(sed -n 's/^Python_EXECUTABLE:FILEPATH=//p' build/CMakeCache.txt)
+  echo
+  echo "straightening $sample as a Dask batch ..."
+  PYTHONPATH=build/python "$python" -m morvane.batch "$sample" -o out/batch --quiet || true
+  echo "the Python package is in build/python: PYTHONPATH=build/python $python -m morvane.batch --help"
+fi
 exit "$status"
