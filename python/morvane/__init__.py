@@ -33,7 +33,7 @@ __all__ = [
     "resolution", "straighten", "write_image",
 ]
 
-__version__ = "16.1.8"
+__version__ = _morvane.library_version().rpartition(" ")[2]
 
 MorvaneError.__doc__ = "A failure inside the library (out of memory, an image it cannot handle, a method it lacks)."
 ImageFileError.__doc__ = "An image file that cannot be read or written; the message names the file and the problem."

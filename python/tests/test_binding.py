@@ -18,6 +18,7 @@ from conftest import PAGE, SAMPLE, page_photo, whole
 @pytest.mark.parametrize("photo, options, arguments", [
     ("sample", {}, []),
     ("sample", {"mode": "edges"}, ["--edges-only"]),
+    ("sample", {"engine": 0}, ["--engine", "0"]),
     ("synthetic", {}, []),
     ("synthetic", {"engine": 6}, ["--engine", "6"]),
 ])
@@ -69,6 +70,7 @@ def test_arrays_of_each_kind_round_trip(tmp_path):
     segments = morvane.line_segments(edge)
     assert segments.shape[1] == 7 and len(segments) >= 1
     assert np.allclose(segments[0, [0, 2]], 79.5, atol=2)
+    assert morvane.line_segments(np.full((50, 50), 128, np.uint8)).shape == (0, 7)
 
 
 GRAY = np.zeros((40, 50), np.uint8)
