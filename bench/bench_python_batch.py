@@ -67,8 +67,10 @@ def main():
     print(f"{len(sources)} photos in {args.photos}")
 
     found = [photo for photo in map(morvane.read_image, sources) if morvane.find_page(photo).found][:2]
-    single = [timed(threads_at_once(found[:1])) for _ in range(2 * args.repetitions)]
-    double = [timed(threads_at_once(found)) for _ in range(2 * args.repetitions)]
+    single, double = [], []
+    for _ in range(4 * args.repetitions):
+        single.append(timed(threads_at_once(found[:1])))
+        double.append(timed(threads_at_once(found)))
     print(f"straighten (find and warp) one photo in one thread: {statistics.median(single) * 1000:.0f} ms; "
           f"two photos in two threads at once: {statistics.median(double) * 1000:.0f} ms "
           f"({statistics.median(double) / statistics.median(single):.2f} times one)")
