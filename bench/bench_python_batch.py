@@ -67,13 +67,17 @@ def main():
     print(f"{len(sources)} photos in {args.photos}")
 
     found = [photo for photo in map(morvane.read_image, sources) if morvane.find_page(photo).found][:2]
-    single, double = [], []
+    single, double, busy = [], [], []
     for _ in range(4 * args.repetitions):
         single.append(timed(threads_at_once(found[:1])))
+        cpu = time.process_time()
         double.append(timed(threads_at_once(found)))
+        busy.append((time.process_time() - cpu) / double[-1])
+    # Cores busy: the process's CPU time over the wall time; above 1 only when both threads ran at once.
     print(f"straighten (find and warp) one photo in one thread: {statistics.median(single) * 1000:.0f} ms; "
           f"two photos in two threads at once: {statistics.median(double) * 1000:.0f} ms "
-          f"({statistics.median(double) / statistics.median(single):.2f} times one)")
+          f"({statistics.median(double) / statistics.median(single):.2f} times one, "
+          f"{statistics.median(busy):.2f} cores busy)")
 
     clusters, startup = {}, {}
     for workers in (1, 2):
