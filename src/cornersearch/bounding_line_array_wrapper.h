@@ -16,8 +16,8 @@
 
 #include "common/image.h"
 #include "cornersearch/bounding_line.h"
-#include "registration/bounding_line.h"
-#include "registration/vanishing_point_output.h"
+#include "edgelines/bounding_line.h"
+#include "vanishing/vanishing_point_output.h"
 #include "textgeometry/direction.h"
 #include "textgeometry/geobox.h"
 #include "textgeometry/geocoordinate.h"

@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "pixel/image_integer_down_sampling.h"
-#include "registration/corner_examiner.h"
+#include "cornersearch/corner_examiner.h"
 
 namespace geometric_test {
 

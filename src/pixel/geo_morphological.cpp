@@ -6,7 +6,7 @@
 #include <cstring>
 #include <vector>
 
-#include "components/runs_in_line.h"
+#include "pixel/runs_in_line.h"
 #include "pixel/bit_row_spread.h"
 
 namespace geometric {

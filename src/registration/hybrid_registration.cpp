@@ -11,7 +11,7 @@
 #include "common/image_c_api_transformer.h"
 #include "correction/projective_correction.h"
 #include "pixel/image_integer_down_sampling.h"
-#include "registration/corner_examiner.h"
+#include "cornersearch/corner_examiner.h"
 #include "registration/line_registration.h"
 #include "registration/pending_search_registration.h"
 

@@ -9,9 +9,9 @@
 #include "common/basic_image.h"
 #include "morvane/morvane.h"
 #include "registration/projective_registration.h"
-#include "registration/projective_registration_para.h"
+#include "vanishing/projective_registration_para.h"
 #include "registration/registration_output_type.h"
-#include "registration/vanishing_point_output.h"
+#include "vanishing/vanishing_point_output.h"
 #include "textgeometry/geocoordinate.h"
 
 namespace hybrid {

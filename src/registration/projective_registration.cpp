@@ -6,10 +6,10 @@
 
 #include "correction/projective_correction.h"
 #include "edgelines/bounding_lines_operator.h"
-#include "registration/corner_calculator_parallel.h"
-#include "registration/corner_calculator_parallel_mixed_projective.h"
-#include "registration/corner_calculator_projective.h"
-#include "registration/corner_examiner.h"
+#include "vanishing/corner_calculator_parallel.h"
+#include "vanishing/corner_calculator_parallel_mixed_projective.h"
+#include "vanishing/corner_calculator_projective.h"
+#include "cornersearch/corner_examiner.h"
 #include "textgeometry/direction.h"
 
 namespace geometric {

@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "common/image.h"
-#include "registration/bounding_line.h"
-#include "registration/projective_registration_para.h"
+#include "edgelines/bounding_line.h"
+#include "vanishing/projective_registration_para.h"
 #include "registration/registration.h"
 #include "registration/registration_output_type.h"
-#include "registration/vanishing_point_output.h"
+#include "vanishing/vanishing_point_output.h"
 #include "textgeometry/geocoordinate.h"
 
 namespace geometric {

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "registration/corner_examiner.h"
+#include "cornersearch/corner_examiner.h"
 
 using geometric::CornerExaminer;
 using Corners = std::vector<geometric::Geocoordinate<float>>;

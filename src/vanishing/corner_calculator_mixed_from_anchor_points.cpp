@@ -1,8 +1,8 @@
 // Corners from anchors on the page's edges and vanishing points or angles.
-#include "registration/corner_calculator_mixed_from_anchor_points.h"
+#include "vanishing/corner_calculator_mixed_from_anchor_points.h"
 
-#include "registration/corner_calculator_parallel_from_anchor_points.h"
-#include "registration/corner_lines.h"
+#include "vanishing/corner_calculator_parallel_from_anchor_points.h"
+#include "vanishing/corner_lines.h"
 
 namespace geometric {
 

@@ -1,11 +1,11 @@
 // The runs of one image line, left to right, and the two scanners that find them.
-#ifndef MORVANE_COMPONENTS_RUNS_IN_LINE_H
-#define MORVANE_COMPONENTS_RUNS_IN_LINE_H
+#ifndef MORVANE_PIXEL_RUNS_IN_LINE_H
+#define MORVANE_PIXEL_RUNS_IN_LINE_H
 
 #include <cstddef>
 #include <vector>
 
-#include "components/binary_run.h"
+#include "pixel/binary_run.h"
 
 namespace geometric {
 

@@ -1,5 +1,5 @@
 // Convexity and angle tests of a quadrilateral.
-#include "registration/corner_examiner.h"
+#include "cornersearch/corner_examiner.h"
 
 #include <algorithm>
 #include <cmath>

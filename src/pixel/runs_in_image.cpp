@@ -1,5 +1,5 @@
 // Runs of a whole image, line by line.
-#include "components/runs_in_image.h"
+#include "pixel/runs_in_image.h"
 
 namespace geometric {
 

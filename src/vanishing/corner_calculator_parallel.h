@@ -1,7 +1,7 @@
 // Virtual corners from parallel directions given by their angles: four lines
 // around the image with the two slopes.
-#ifndef MORVANE_REGISTRATION_CORNER_CALCULATOR_PARALLEL_H
-#define MORVANE_REGISTRATION_CORNER_CALCULATOR_PARALLEL_H
+#ifndef MORVANE_VANISHING_CORNER_CALCULATOR_PARALLEL_H
+#define MORVANE_VANISHING_CORNER_CALCULATOR_PARALLEL_H
 
 #include <vector>
 

@@ -1,7 +1,7 @@
 // Corners from anchors on the page's edges and two parallel directions.
-#include "registration/corner_calculator_parallel_from_anchor_points.h"
+#include "vanishing/corner_calculator_parallel_from_anchor_points.h"
 
-#include "registration/corner_lines.h"
+#include "vanishing/corner_lines.h"
 
 namespace geometric {
 

@@ -1,7 +1,7 @@
 // Corners from four anchors on the page's edges and the directions through
 // them: vanishing points in one or two directions, an angle for the other.
-#ifndef MORVANE_REGISTRATION_CORNER_CALCULATOR_MIXED_FROM_ANCHOR_POINTS_H
-#define MORVANE_REGISTRATION_CORNER_CALCULATOR_MIXED_FROM_ANCHOR_POINTS_H
+#ifndef MORVANE_VANISHING_CORNER_CALCULATOR_MIXED_FROM_ANCHOR_POINTS_H
+#define MORVANE_VANISHING_CORNER_CALCULATOR_MIXED_FROM_ANCHOR_POINTS_H
 
 #include <vector>
 

@@ -1,5 +1,5 @@
 // Assembly of the corner search strategies and the run on one image.
-#include "cornersearch/projective_correction_corner_detection_enginee.h"
+#include "registration/projective_correction_corner_detection_enginee.h"
 
 #include <cmath>
 #include <vector>

@@ -1,7 +1,7 @@
 // The page-edge line records that registrations exchange: the side a line
 // stands for, the line with its supporting segment, and the index of a list.
-#ifndef MORVANE_REGISTRATION_BOUNDING_LINE_H
-#define MORVANE_REGISTRATION_BOUNDING_LINE_H
+#ifndef MORVANE_EDGELINES_BOUNDING_LINE_H
+#define MORVANE_EDGELINES_BOUNDING_LINE_H
 
 #include <cstdint>
 #include <vector>

@@ -7,11 +7,11 @@
 #include <limits>
 #include <vector>
 
-#include "registration/corner_calculator_mixed_from_anchor_points.h"
-#include "registration/corner_calculator_parallel.h"
-#include "registration/corner_calculator_parallel_from_anchor_points.h"
-#include "registration/corner_calculator_parallel_mixed_projective.h"
-#include "registration/corner_calculator_projective.h"
+#include "vanishing/corner_calculator_mixed_from_anchor_points.h"
+#include "vanishing/corner_calculator_parallel.h"
+#include "vanishing/corner_calculator_parallel_from_anchor_points.h"
+#include "vanishing/corner_calculator_parallel_mixed_projective.h"
+#include "vanishing/corner_calculator_projective.h"
 #include "textgeometry/geoline_base.h"
 
 using namespace geometric;

@@ -1,13 +1,13 @@
 // The runs of every line of an image, top to bottom. Strokes point into it,
 // so it is shared by the calculator that formed them and its callers.
-#ifndef MORVANE_COMPONENTS_RUNS_IN_IMAGE_H
-#define MORVANE_COMPONENTS_RUNS_IN_IMAGE_H
+#ifndef MORVANE_PIXEL_RUNS_IN_IMAGE_H
+#define MORVANE_PIXEL_RUNS_IN_IMAGE_H
 
 #include <cstddef>
 #include <vector>
 
 #include "common/image.h"
-#include "components/runs_in_line.h"
+#include "pixel/runs_in_line.h"
 
 namespace geometric {
 

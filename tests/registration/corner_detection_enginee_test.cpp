@@ -5,8 +5,8 @@
 #include "cornersearch/bounding_edge_registration.h"
 #include "cornersearch/corner_search_para.h"
 #include "cornersearch/large_blob_extractor.h"
-#include "cornersearch/projective_correction_corner_detection_enginee.h"
-#include "page_photos.h"
+#include "registration/projective_correction_corner_detection_enginee.h"
+#include "cornersearch/page_photos.h"
 
 namespace geometric_test {
 namespace {

@@ -1,7 +1,7 @@
 // Virtual corners from parallel directions.
-#include "registration/corner_calculator_parallel.h"
+#include "vanishing/corner_calculator_parallel.h"
 
-#include "registration/corner_lines.h"
+#include "vanishing/corner_lines.h"
 
 namespace geometric {
 

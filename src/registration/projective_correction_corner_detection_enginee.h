@@ -1,7 +1,7 @@
 // The object behind a corner search handle: one method number turned into an
 // assembly of search strategies, run on any number of images in turn.
-#ifndef MORVANE_CORNERSEARCH_PROJECTIVE_CORRECTION_CORNER_DETECTION_ENGINEE_H
-#define MORVANE_CORNERSEARCH_PROJECTIVE_CORRECTION_CORNER_DETECTION_ENGINEE_H
+#ifndef MORVANE_REGISTRATION_PROJECTIVE_CORRECTION_CORNER_DETECTION_ENGINEE_H
+#define MORVANE_REGISTRATION_PROJECTIVE_CORRECTION_CORNER_DETECTION_ENGINEE_H
 
 #include <cstdint>
 #include <memory>

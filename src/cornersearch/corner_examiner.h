@@ -1,7 +1,7 @@
 // Plausibility tests of a quadrilateral of four corners: convexity and the
 // size of its angles.
-#ifndef MORVANE_REGISTRATION_CORNER_EXAMINER_H
-#define MORVANE_REGISTRATION_CORNER_EXAMINER_H
+#ifndef MORVANE_CORNERSEARCH_CORNER_EXAMINER_H
+#define MORVANE_CORNERSEARCH_CORNER_EXAMINER_H
 
 #include <vector>
 

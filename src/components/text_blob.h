@@ -1,7 +1,7 @@
 // A blob as the page analysis sees it: the box and pixel count of one
 // component, and the head of the component's chain in the calculator.
-#ifndef MORVANE_PAGEANALYSIS_TEXT_BLOB_H
-#define MORVANE_PAGEANALYSIS_TEXT_BLOB_H
+#ifndef MORVANE_COMPONENTS_TEXT_BLOB_H
+#define MORVANE_COMPONENTS_TEXT_BLOB_H
 
 #include "textgeometry/geobox.h"
 

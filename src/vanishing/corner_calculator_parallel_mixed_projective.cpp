@@ -1,8 +1,8 @@
 // Virtual corners from a vanishing point and a parallel direction.
-#include "registration/corner_calculator_parallel_mixed_projective.h"
+#include "vanishing/corner_calculator_parallel_mixed_projective.h"
 
-#include "registration/corner_calculator_mixed_from_anchor_points.h"
-#include "registration/corner_calculator_projective.h"
+#include "vanishing/corner_calculator_mixed_from_anchor_points.h"
+#include "vanishing/corner_calculator_projective.h"
 
 namespace geometric {
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "common/basic_image.h"
-#include "components/runs_in_image.h"
-#include "components/runs_in_line.h"
+#include "pixel/runs_in_image.h"
+#include "pixel/runs_in_line.h"
 
 using namespace geometric;
 

@@ -1,5 +1,5 @@
 // The bitonal and the gray line scanners.
-#include "components/runs_in_line.h"
+#include "pixel/runs_in_line.h"
 
 #include <array>
 #include <cstdint>

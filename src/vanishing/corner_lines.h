@@ -1,8 +1,8 @@
 // The three line constructions that every corner calculator shares: a line
 // through two points, a line at an angle through a point, and the crossing of
 // two lines kept in single precision.
-#ifndef MORVANE_REGISTRATION_CORNER_LINES_H
-#define MORVANE_REGISTRATION_CORNER_LINES_H
+#ifndef MORVANE_VANISHING_CORNER_LINES_H
+#define MORVANE_VANISHING_CORNER_LINES_H
 
 #include <cmath>
 #include <vector>

@@ -1,8 +1,8 @@
 // Virtual corners from vanishing points in one or two directions: each side of
 // the quadrilateral is a line from a vanishing point through an image corner,
 // so that the page fills the image as far as the directions allow.
-#ifndef MORVANE_REGISTRATION_CORNER_CALCULATOR_PROJECTIVE_H
-#define MORVANE_REGISTRATION_CORNER_CALCULATOR_PROJECTIVE_H
+#ifndef MORVANE_VANISHING_CORNER_CALCULATOR_PROJECTIVE_H
+#define MORVANE_VANISHING_CORNER_CALCULATOR_PROJECTIVE_H
 
 #include <vector>
 

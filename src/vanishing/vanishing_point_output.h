@@ -1,7 +1,7 @@
 // What a search found for each of the page's two directions: a vanishing
 // point, or a parallel direction given by its angle.
-#ifndef MORVANE_REGISTRATION_VANISHING_POINT_OUTPUT_H
-#define MORVANE_REGISTRATION_VANISHING_POINT_OUTPUT_H
+#ifndef MORVANE_VANISHING_VANISHING_POINT_OUTPUT_H
+#define MORVANE_VANISHING_VANISHING_POINT_OUTPUT_H
 
 #include "textgeometry/geocoordinate.h"
 

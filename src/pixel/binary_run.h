@@ -1,6 +1,6 @@
 // One horizontal run of foreground pixels on one image line.
-#ifndef MORVANE_COMPONENTS_BINARY_RUN_H
-#define MORVANE_COMPONENTS_BINARY_RUN_H
+#ifndef MORVANE_PIXEL_BINARY_RUN_H
+#define MORVANE_PIXEL_BINARY_RUN_H
 
 namespace geometric {
 

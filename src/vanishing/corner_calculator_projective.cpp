@@ -1,8 +1,8 @@
 // Virtual corners from vanishing points: the zone of each point chooses the
 // image corners through which its two enclosing lines pass.
-#include "registration/corner_calculator_projective.h"
+#include "vanishing/corner_calculator_projective.h"
 
-#include "registration/corner_calculator_mixed_from_anchor_points.h"
+#include "vanishing/corner_calculator_mixed_from_anchor_points.h"
 
 namespace geometric {
 
