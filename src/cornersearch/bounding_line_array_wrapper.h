@@ -17,10 +17,10 @@
 #include "common/image.h"
 #include "cornersearch/bounding_line.h"
 #include "edgelines/bounding_line.h"
-#include "vanishing/vanishing_point_output.h"
 #include "textgeometry/direction.h"
 #include "textgeometry/geobox.h"
 #include "textgeometry/geocoordinate.h"
+#include "vanishing/vanishing_point_output.h"
 
 namespace geometric_test {
 

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "pixel/image_integer_down_sampling.h"
 #include "cornersearch/corner_examiner.h"
+#include "pixel/image_integer_down_sampling.h"
 
 namespace geometric_test {
 

@@ -9,9 +9,9 @@
 
 #include "binarization/sauvola_binarization.h"
 #include "common/image_c_api_transformer.h"
+#include "cornersearch/corner_examiner.h"
 #include "correction/projective_correction.h"
 #include "pixel/image_integer_down_sampling.h"
-#include "cornersearch/corner_examiner.h"
 #include "registration/line_registration.h"
 #include "registration/pending_search_registration.h"
 

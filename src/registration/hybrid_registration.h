@@ -9,10 +9,10 @@
 #include "common/basic_image.h"
 #include "morvane/morvane.h"
 #include "registration/projective_registration.h"
-#include "vanishing/projective_registration_para.h"
 #include "registration/registration_output_type.h"
-#include "vanishing/vanishing_point_output.h"
 #include "textgeometry/geocoordinate.h"
+#include "vanishing/projective_registration_para.h"
+#include "vanishing/vanishing_point_output.h"
 
 namespace hybrid {
 

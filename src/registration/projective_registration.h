@@ -8,11 +8,11 @@
 
 #include "common/image.h"
 #include "edgelines/bounding_line.h"
-#include "vanishing/projective_registration_para.h"
 #include "registration/registration.h"
 #include "registration/registration_output_type.h"
-#include "vanishing/vanishing_point_output.h"
 #include "textgeometry/geocoordinate.h"
+#include "vanishing/projective_registration_para.h"
+#include "vanishing/vanishing_point_output.h"
 
 namespace geometric {
 
