@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 
 #include "common/geometricexception.h"
+#include "common/scratch_buffer.h"
 
 namespace geometric {
 
@@ -22,12 +22,6 @@ const char* const kAllocatingFailed = "Allocating memory failed!";
 float rounded_root(double variance) {
     return static_cast<float>(std::floor(std::sqrt(variance) * 1000.0 + 0.5) / 1000.0);
 }
-
-// Frees a malloc'ed buffer on every way out of the function that owns it.
-struct MallocGuard {
-    void* pointer;
-    ~MallocGuard() { std::free(pointer); }
-};
 
 }  // namespace
 
@@ -92,9 +86,9 @@ void QuickSauvola::perform_smoothing() {
     if (width < 2 || height < 2) return;  // no neighbours to smooth with
     const long long weight = para.smoothing_weight;
     const size_t w = static_cast<size_t>(width);
-    MallocGuard guard{std::malloc(3 * w * sizeof(int))};
-    if (guard.pointer == nullptr) throw Geometricexception(kLocatingFailed);
-    int* const ring = static_cast<int*>(guard.pointer);
+    const common::ScratchBuffer<int> sums_of_three(3 * w);
+    if (sums_of_three.empty()) throw Geometricexception(kLocatingFailed);
+    int* const ring = sums_of_three.get();
 
     const auto load = [&](int slot, const unsigned char* line) {
         int* sums = ring + static_cast<size_t>(slot) * w;
@@ -167,12 +161,11 @@ void QuickSauvola::perform_thresholding(int window) {
 
     const size_t w = static_cast<size_t>(width);
     const size_t ring_values = static_cast<size_t>(divisor) * w;
-    MallocGuard sums_guard{std::malloc(ring_values * sizeof(std::uint64_t))};
-    MallocGuard squares_guard{std::malloc(ring_values * sizeof(std::uint64_t))};
-    if (sums_guard.pointer == nullptr || squares_guard.pointer == nullptr)
-        throw Geometricexception(kAllocatingFailed);
-    std::uint64_t* const sums = static_cast<std::uint64_t*>(sums_guard.pointer);
-    std::uint64_t* const squares = static_cast<std::uint64_t*>(squares_guard.pointer);
+    const common::ScratchBuffer<std::uint64_t> sum_ring(ring_values);
+    const common::ScratchBuffer<std::uint64_t> square_ring(ring_values);
+    if (sum_ring.empty() || square_ring.empty()) throw Geometricexception(kAllocatingFailed);
+    std::uint64_t* const sums = sum_ring.get();
+    std::uint64_t* const squares = square_ring.get();
 
     const auto sum_line = [&](int j) { return sums + static_cast<size_t>(j % divisor) * w; };
     const auto square_line = [&](int j) { return squares + static_cast<size_t>(j % divisor) * w; };

@@ -6,12 +6,11 @@
 #include <climits>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <numeric>
 
 #include "common/constants.h"
+#include "common/scratch_buffer.h"
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -68,10 +67,6 @@ inline void prefetch(const unsigned char* source, ptrdiff_t ahead, int row_size)
     (void)row_size;
 #endif
 }
-
-struct FreeDeleter {
-    void operator()(unsigned char* p) const { std::free(p); }
-};
 
 // Copies n bytes, n known at compile time where the pixel size is.
 template <int kBytes>
@@ -164,9 +159,8 @@ int ProjectiveCorrection::run_correction() {
         return 1;
     }
     // Binary view: warp as gray into a scratch buffer, then write the bits.
-    std::unique_ptr<unsigned char, FreeDeleter> gray(
-        static_cast<unsigned char*>(std::malloc(static_cast<size_t>(width) * static_cast<size_t>(height))));
-    if (!gray) throw kAllocateFailed;
+    const common::ScratchBuffer<unsigned char> gray(static_cast<size_t>(width) * static_cast<size_t>(height));
+    if (gray.empty()) throw kAllocateFailed;
     output->set_image_type(common::GRAY);
     try {
         perspective_transformation_general(input->get_data(), gray.get(), input->get_width(), input->get_height(),

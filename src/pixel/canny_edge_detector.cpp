@@ -6,13 +6,14 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
+
+#include "common/scratch_buffer.h"
 
 namespace geometric {
 
@@ -276,6 +277,12 @@ void clear_candidates(unsigned char* marks, size_t count) {
         if (marks[i] == kCandidate) marks[i] = 0;
 }
 
+// The output of a run without memory: no buffer.
+void leave_empty(common::BasicImage& output) {
+    common::BasicImage empty;
+    output.swap(empty);
+}
+
 }  // namespace
 
 int CannyEdgeDetector::scale_sobel_sum(int sum) {
@@ -311,37 +318,32 @@ void CannyEdgeDetector::perform_edge_detect(int low, int high, const common::Ima
     const int width = gray.get_width();
     const int height = gray.get_height();
     const size_t count = static_cast<size_t>(width) * static_cast<size_t>(height);
+    // Without memory for the marks or the work the output is left empty.
     common::BasicImage result;
-    unsigned char* work = nullptr;
     try {
         common::BasicImage fresh(height, width, common::GRAY);
         result.swap(fresh);
-        if (count > 0) {
-            work = static_cast<unsigned char*>(std::malloc(3 * count + 4 * (static_cast<size_t>(width) + 2)));
-            if (work == nullptr) throw std::string();
-        }
     } catch (const std::string&) {
-        common::BasicImage empty;
-        output.swap(empty);
-        return;
+        return leave_empty(output);
     }
-    if (count > 0) {
-        // Two lines of 16-bit column sums first, where they are aligned, then dx, dy and magnitudes.
-        int16_t* line_buffer = reinterpret_cast<int16_t*>(work);
-        signed char* dx = reinterpret_cast<signed char*>(work + 4 * (static_cast<size_t>(width) + 2));
-        signed char* dy = dx + count;
-        unsigned char* magnitude = reinterpret_cast<unsigned char*>(dy + count);
-        unsigned char* marks = result.get_data();
-        // Step 1 fills the marks with 255 and step 5 turns every mark but 128
-        // into 0: starting from 0 gives the same bytes, and then the frame,
-        // never marked, is already 0.
-        std::memset(marks, 0, count);
-        compute_gradients(gray, width, height, line_buffer, dx, dy, magnitude);
-        suppress_non_maxima(dx, dy, magnitude, marks, width, height, low);
-        follow_from_seeds(marks, magnitude, width, height, low, high);
-        clear_candidates(marks, count);
-        std::free(work);
-    }
+    if (count == 0) return output.swap(result);
+    // Two lines of 16-bit column sums first, where they are aligned, then dx, dy and magnitudes.
+    const size_t line_bytes = 4 * (static_cast<size_t>(width) + 2);
+    const common::ScratchBuffer<unsigned char> work(line_bytes + 3 * count);
+    if (work.empty()) return leave_empty(output);
+    int16_t* line_buffer = reinterpret_cast<int16_t*>(work.get());
+    signed char* dx = reinterpret_cast<signed char*>(work.get() + line_bytes);
+    signed char* dy = dx + count;
+    unsigned char* magnitude = reinterpret_cast<unsigned char*>(dy + count);
+    unsigned char* marks = result.get_data();
+    // The marks start at 0 rather than 255: the hysteresis turns every mark
+    // but 128 into 0 in the end, so the bytes are the same, and the frame,
+    // never marked, is already 0.
+    std::memset(marks, 0, count);
+    compute_gradients(gray, width, height, line_buffer, dx, dy, magnitude);
+    suppress_non_maxima(dx, dy, magnitude, marks, width, height, low);
+    follow_from_seeds(marks, magnitude, width, height, low, high);
+    clear_candidates(marks, count);
     output.swap(result);
 }
 
