@@ -3,6 +3,7 @@
 
 #include <chrono>
 
+#include "common/constants.h"
 #include "image_file.h"
 #include "overlay.h"
 #include "page_finder.h"
@@ -27,7 +28,7 @@ void fill_bytes(const ScanOptions& options, int channels, unsigned char bytes[3]
     }
     if (channels == 1) {
         // A colour given for a gray image becomes its luminance.
-        bytes[0] = bytes[1] = bytes[2] = static_cast<unsigned char>((299 * r + 587 * g + 114 * b) / 1000);
+        bytes[0] = bytes[1] = bytes[2] = static_cast<unsigned char>(constants::luminance(r, g, b));
     } else {
         bytes[0] = static_cast<unsigned char>(r);
         bytes[1] = static_cast<unsigned char>(g);

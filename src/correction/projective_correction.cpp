@@ -332,7 +332,7 @@ void ProjectiveCorrection::find_above_median_color(int count, const unsigned cha
     std::vector<int> brightness(static_cast<size_t>(count));
     for (int i = 0; i < count; ++i) {
         const unsigned char* p = pixels + 3 * i;
-        brightness[static_cast<size_t>(i)] = (299 * p[0] + 587 * p[1] + 114 * p[2]) / 1000;
+        brightness[static_cast<size_t>(i)] = constants::luminance(p[0], p[1], p[2]);
     }
     std::vector<int> order(static_cast<size_t>(count));
     std::iota(order.begin(), order.end(), 0);
