@@ -163,6 +163,8 @@ public:
     std::vector<geometric::Geocoordinate<float>> corners;
 
 private:
+    // What both public constructors do: every field at its default, the input owned or not.
+    HybridRegistration(common::BasicImage* input, bool owns_input);
     void create_edge_registration();
     void create_feature_registration();
     // Working image of the input: deep copy turned gray, then down-sampled.
