@@ -19,8 +19,8 @@ enum BoundingLinePosition : std::int32_t {
     BOTTOM_BOUNDARY = 3
 };
 
-// The lowest bit decides, as everywhere in the system; INVALID_BOUNDARY has it
-// set and so counts as horizontal here.
+// The lowest bit decides: the sides alternate vertical and horizontal round
+// the page. INVALID_BOUNDARY has it set and so counts as horizontal here.
 inline bool is_horizontal_boundary(BoundingLinePosition position) { return (position & 1) != 0; }
 
 enum BoundingLineType : std::int32_t {

@@ -46,7 +46,8 @@ const SquareRootTable& square_roots() {
 }
 
 // (smaller << 16) / larger for every pair of gradient components, indexed
-// [smaller][larger]: the interpolation ratio of step 4 without a division.
+// [smaller][larger]: the interpolation ratio of the non-maximum suppression
+// without a division.
 struct RatioTable {
     typedef int32_t Row[129];
     Row ratio[129];
@@ -62,11 +63,11 @@ const RatioTable& ratios() {
     return table;
 }
 
-// Step 2, one line: scaled Sobel sums, the missing line or column outside
-// the image repeating the nearest one. The vertical parts, column_sum
-// (1, 2, 1 down the column) and column_difference (below - above), are
-// kept with the end columns repeated, so that the horizontal parts need no
-// test at the ends. Sums stay within 16 bits (|sum| <= 1020).
+// The gradients of one line: scaled Sobel sums, the missing line or column
+// outside the image repeating the nearest one. The vertical parts,
+// column_sum (1, 2, 1 down the column) and column_difference (below -
+// above), are kept with the end columns repeated, so that the horizontal
+// parts need no test at the ends. Sums stay within 16 bits (|sum| <= 1020).
 void gradient_line(const unsigned char* above, const unsigned char* centre, const unsigned char* below, int width,
                    int16_t* column_sum, int16_t* column_difference, signed char* gx, signed char* gy) {
     int16_t* sum = column_sum + 1;
@@ -127,7 +128,7 @@ void gradient_line(const unsigned char* above, const unsigned char* centre, cons
     }
 }
 
-// Steps 2 and 3, line by line.
+// The gradients and their magnitudes, line by line.
 void compute_gradients(const common::Image& gray, int width, int height, int16_t* line_buffer, signed char* dx,
                        signed char* dy, unsigned char* magnitude) {
     const unsigned char* root = square_roots().root;
@@ -145,14 +146,14 @@ void compute_gradients(const common::Image& gray, int width, int height, int16_t
     }
 }
 
-// Step 4. A candidate (magnitude >= low) off the frame is marked 128 when its
-// magnitude, in 16.16 fixed point, is above the magnitude interpolated one
-// step ahead along its gradient and not below the one a step behind. The
-// axis neighbour and the diagonal neighbour on the gradient's side are
-// mixed by the ratio r = (smaller component << 16) / larger component,
-// truncated. The strict test ahead and the lax one behind keep one pixel of
-// a step edge, the one on the side the gradient points to. A pixel without
-// gradient is no maximum.
+// Non-maximum suppression. A candidate (magnitude >= low) off the frame is
+// marked 128 when its magnitude, in 16.16 fixed point, is above the
+// magnitude interpolated one step ahead along its gradient and not below the
+// one a step behind. The axis neighbour and the diagonal neighbour on the
+// gradient's side are mixed by the ratio r = (smaller component << 16) /
+// larger component, truncated. The strict test ahead and the lax one behind
+// keep one pixel of a step edge, the one on the side the gradient points to.
+// A pixel without gradient is no maximum.
 // Is pixel i, a candidate off the frame, a maximum across its edge?
 inline bool is_maximum(const signed char* dx, const signed char* dy, const unsigned char* magnitude,
                        const RatioTable::Row* ratio, ptrdiff_t i, int width) {
@@ -217,7 +218,7 @@ inline unsigned followable_neighbours(const unsigned char* marks, const unsigned
     return bits;
 }
 
-// Step 5 from its seeds on: marks hold only 0 and 128, the frame is 0.
+// The hysteresis follow from its seeds on: marks hold only 0 and 128, the frame is 0.
 // The follow is a depth-first walk: each frame holds a pixel and the
 // neighbours still to look at, in order, exactly as nested calls would. A
 // follow only ever turns 128 into 255, so a neighbour that cannot be
@@ -262,7 +263,7 @@ void follow_from_seeds(unsigned char* marks, const unsigned char* magnitude, int
     }
 }
 
-// Step 6: every 128 left becomes 0.
+// After the follow, every 128 left becomes 0.
 void clear_candidates(unsigned char* marks, size_t count) {
     size_t i = 0;
 #if defined(__SSE2__)
