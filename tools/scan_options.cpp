@@ -245,9 +245,9 @@ std::string help_text() {
             "\n"
             "In this build:\n";
     const auto state = [](bool available) { return available ? "available" : "not available yet"; };
-    text << "  page finding (default, --edges-only)  " << state(corrector_available()) << "\n"
-         << "  --engine                              " << state(corner_search_available()) << "\n"
-         << "  --fill                                " << state(corrector_available()) << "\n"
+    text << "  page finding (default, --edges-only)  " << state(true) << "\n"
+         << "  --engine                              " << state(true) << "\n"
+         << "  --fill                                " << state(true) << "\n"
          << "  --binarize sauvola                    " << state(binarization_available("sauvola")) << "\n"
          << "  --binarize multiscale                 " << state(binarization_available("multiscale")) << "\n"
          << "  --dpi                                 " << state(resolution_estimate_available()) << "\n"
