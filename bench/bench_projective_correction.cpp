@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "common/basic_image.h"
+#include "common/constants.h"
 #include "common/image_c_api_transformer.h"
 #include "correction/projective_correction.h"
 #include "morvane/morvane.h"
@@ -66,7 +67,7 @@ Scene make_scene(int width, int height, const int (&xs)[4], const int (&ys)[4]) 
             s.rgb[3 * at] = static_cast<unsigned char>(r);
             s.rgb[3 * at + 1] = static_cast<unsigned char>(g);
             s.rgb[3 * at + 2] = static_cast<unsigned char>(b);
-            s.gray[at] = static_cast<unsigned char>((299 * r + 587 * g + 114 * b) / 1000);
+            s.gray[at] = static_cast<unsigned char>(constants::luminance(r, g, b));
         }
     std::vector<geometric::Geocoordinate<float>> points;
     for (int i = 0; i < 4; ++i) points.emplace_back(static_cast<float>(xs[i]), static_cast<float>(ys[i]));

@@ -1,6 +1,6 @@
 // The library calls of morvane-scan: finding the page's corners,
 // rectifying and binarizing. The *_available() answers tell which methods
-// the library offers, so that the tool says so instead of calling.
+// the library offers yet, so that the tool says so instead of calling.
 #ifndef MORVANE_TOOLS_PAGE_FINDER_H
 #define MORVANE_TOOLS_PAGE_FINDER_H
 
@@ -19,13 +19,11 @@ struct FindOutcome {
 };
 
 // The corrector family: hybrid search, or the page edges alone.
-bool corrector_available();
 FindOutcome find_with_corrector(const Raster& image, bool edges_only);
 // Rectifies with the caller's corners and fill colour (one byte a channel).
 Raster rectify_with_fill(const Raster& image, const ControlPointCorners& corners, const unsigned char* fill);
 
 // The corner search family, method 0 to 7.
-bool corner_search_available();
 FindOutcome find_with_engine(int method, const Raster& image);
 
 // Binarization and the resolution estimate need methods that the library

@@ -3,6 +3,7 @@
 
 #include <chrono>
 
+#include "common/constants.h"
 #include "image_file.h"
 #include "overlay.h"
 #include "page_finder.h"
@@ -27,7 +28,7 @@ void fill_bytes(const ScanOptions& options, int channels, unsigned char bytes[3]
     }
     if (channels == 1) {
         // A colour given for a gray image becomes its luminance.
-        bytes[0] = bytes[1] = bytes[2] = static_cast<unsigned char>((299 * r + 587 * g + 114 * b) / 1000);
+        bytes[0] = bytes[1] = bytes[2] = static_cast<unsigned char>(constants::luminance(r, g, b));
     } else {
         bytes[0] = static_cast<unsigned char>(r);
         bytes[1] = static_cast<unsigned char>(g);
@@ -46,10 +47,6 @@ void find(const Raster& image, const ScanOptions& options, JobReport& report) {
     }
     if (options.engine >= 0) {
         report.source = CornerSource::Engine;
-        if (!corner_search_available()) {
-            report.meaning = "--engine is not available in this build";
-            return;
-        }
         const FindOutcome outcome = find_with_engine(options.engine, image);
         report.searched = true;
         report.code = outcome.code;
@@ -60,10 +57,6 @@ void find(const Raster& image, const ScanOptions& options, JobReport& report) {
         return;
     }
     report.source = CornerSource::Corrector;
-    if (!corrector_available()) {
-        report.meaning = "page finding is not available in this build";
-        return;
-    }
     const FindOutcome outcome = find_with_corrector(image, options.edges_only);
     report.searched = true;
     report.code = outcome.code;
@@ -73,85 +66,68 @@ void find(const Raster& image, const ScanOptions& options, JobReport& report) {
     report.corners = outcome.corners;
 }
 
-void process(const ScanOptions& options, JobReport& report) {
-    const JobPaths& paths = report.paths;
-    const auto in_file = [&](const ImageProblem& problem) {
-        return ScanError("'" + paths.input + "': " + problem.what());
-    };
+WriteSettings write_settings(const ScanOptions& options) {
+    WriteSettings settings;
+    settings.png_level = options.png_level;
+    settings.jpeg_quality = options.jpeg_quality;
+    return settings;
+}
 
+// The page (or with --always-write the whole image) rectified and encoded,
+// and its black-and-white form beside it when asked for.
+void write_page(const Raster& image, const ScanOptions& options, JobReport& report) {
     Clock::time_point start = Clock::now();
-    const Raster image = read_image_file(paths.input);
+    const ControlPointCorners corners = report.page_found ? report.corners : whole_image_corners(image);
+    Raster page;
+    if (options.fill_count > 0) {
+        unsigned char fill[3];
+        fill_bytes(options, image.channels, fill);
+        page = rectify_with_fill(image, corners, fill);
+    } else {
+        page = rectify(image, corners);
+    }
+    report.rectify_ms = milliseconds_since(start);
+    report.output_width = page.width;
+    report.output_height = page.height;
+
+    start = Clock::now();
+    write_image_file(report.paths.output, page, write_settings(options));
+    report.written = true;
+    report.encode_ms = milliseconds_since(start);
+
+    if (report.paths.bitonal.empty()) return;
+    start = Clock::now();
+    const Raster bitonal = binarize_page(page, options.binarize == "multiscale" ? 1 : 0,
+                                         options.has_window ? options.window : 0, options.has_k ? options.k : -1.0f);
+    write_image_file(report.paths.bitonal, bitonal, write_settings(options));
+    report.bitonal_written = true;
+    report.binarize_ms = milliseconds_since(start);
+}
+
+void write_overlay(const Raster& image, const ScanOptions& options, JobReport& report) {
+    const Clock::time_point start = Clock::now();
+    const Raster picture = make_overlay(image, report.has_corners ? &report.corners : nullptr);
+    write_image_file(report.paths.overlay, picture, write_settings(options));
+    report.overlay_written = true;
+    report.overlay_ms = milliseconds_since(start);
+}
+
+// Decode, find, then write what was asked for. Problems of the image or of
+// the library leave as ImageProblem; those of files as ScanError.
+void process(const ScanOptions& options, JobReport& report) {
+    Clock::time_point start = Clock::now();
+    const Raster image = read_image_file(report.paths.input);
     report.input_width = image.width;
     report.input_height = image.height;
     report.input_channels = image.channels;
     report.decode_ms = milliseconds_since(start);
 
     start = Clock::now();
-    try {
-        find(image, options, report);
-    } catch (const ImageProblem& problem) {
-        throw in_file(problem);
-    }
+    find(image, options, report);
     report.find_ms = milliseconds_since(start);
 
-    const bool write_page = !paths.output.empty() && (report.page_found || options.always_write);
-    if (write_page) {
-        start = Clock::now();
-        Raster page;
-        try {
-            const ControlPointCorners corners = report.page_found ? report.corners : whole_image_corners(image);
-            if (options.fill_count > 0) {
-                unsigned char fill[3];
-                fill_bytes(options, image.channels, fill);
-                page = rectify_with_fill(image, corners, fill);
-            } else {
-                page = rectify(image, corners);
-            }
-        } catch (const ImageProblem& problem) {
-            throw in_file(problem);
-        }
-        report.rectify_ms = milliseconds_since(start);
-        report.output_width = page.width;
-        report.output_height = page.height;
-
-        start = Clock::now();
-        WriteSettings settings;
-        settings.png_level = options.png_level;
-        settings.jpeg_quality = options.jpeg_quality;
-        write_image_file(paths.output, page, settings);
-        report.written = true;
-        report.encode_ms = milliseconds_since(start);
-
-        if (!paths.bitonal.empty()) {
-            start = Clock::now();
-            Raster bitonal;
-            try {
-                bitonal = binarize_page(page, options.binarize == "multiscale" ? 1 : 0,
-                                        options.has_window ? options.window : 0, options.has_k ? options.k : -1.0f);
-            } catch (const ImageProblem& problem) {
-                throw in_file(problem);
-            }
-            write_image_file(paths.bitonal, bitonal, settings);
-            report.bitonal_written = true;
-            report.binarize_ms = milliseconds_since(start);
-        }
-    }
-
-    if (!paths.overlay.empty()) {
-        start = Clock::now();
-        Raster picture;
-        try {
-            picture = make_overlay(image, report.has_corners ? &report.corners : nullptr);
-        } catch (const ImageProblem& problem) {
-            throw in_file(problem);
-        }
-        WriteSettings settings;
-        settings.png_level = options.png_level;
-        settings.jpeg_quality = options.jpeg_quality;
-        write_image_file(paths.overlay, picture, settings);
-        report.overlay_written = true;
-        report.overlay_ms = milliseconds_since(start);
-    }
+    if (!report.paths.output.empty() && (report.page_found || options.always_write)) write_page(image, options, report);
+    if (!report.paths.overlay.empty()) write_overlay(image, options, report);
     report.exit_code = report.page_found ? kExitPageWritten : kExitNoPage;
 }
 
@@ -166,6 +142,10 @@ JobReport run_job(const JobPaths& paths, const ScanOptions& options) {
     } catch (const ScanError& error) {
         report.exit_code = error.exit_code();
         report.error = error.what();
+    } catch (const ImageProblem& problem) {
+        // The problem is the image's: the message names the file.
+        report.exit_code = kExitUsageOrFile;
+        report.error = "'" + paths.input + "': " + problem.what();
     } catch (const std::bad_alloc&) {
         report.exit_code = kExitUsageOrFile;
         report.error = "'" + paths.input + "': not enough memory";

@@ -68,9 +68,6 @@ void check_output_folder(const std::string& folder) {
 // Options whose library functions this build lacks stop the run before any
 // work: the user asked for a result that cannot be had.
 void check_available(const ScanOptions& options) {
-    if (options.fill_count > 0 && !corrector_available()) {
-        throw ScanError("--fill is not available in this build: the library has no corrector family yet");
-    }
     if (!options.binarize.empty() && !binarization_available(options.binarize)) {
         throw ScanError("--binarize " + options.binarize + " is not available in this build yet");
     }
@@ -115,8 +112,17 @@ std::vector<JobPaths> plan(const ScanOptions& options) {
     return jobs;
 }
 
+// The tool carries the library's version: "version of library: 16.1.8.9"
+// makes it morvane-scan 16.1.8, the build number dropped.
+std::string tool_version() {
+    const std::string text = morvane_get_version_number();
+    const std::size_t start = text.find_last_of(' ') + 1;
+    const std::size_t build = text.find_last_of('.');
+    return text.substr(start, build == std::string::npos || build < start ? std::string::npos : build - start);
+}
+
 void print_version() {
-    std::cout << "morvane-scan 16.1.8\n"
+    std::cout << "morvane-scan " << tool_version() << "\n"
               << morvane_get_version_number() << "\n"
               << morvane_get_branch_name() << "\n"
               << morvane_get_sha() << "\n";
@@ -134,14 +140,6 @@ int run(int argc, char** argv) {
     }
     check_available(options);
     const std::vector<JobPaths> jobs = plan(options);
-
-    if (!options.has_corners) {
-        const bool engine = options.engine >= 0;
-        if (engine ? !corner_search_available() : !corrector_available()) {
-            std::cerr << "morvane-scan: " << (engine ? "--engine" : "page finding")
-                      << " is not available in this build yet; give the page's corners with --corners\n";
-        }
-    }
 
     const bool batch = jobs.size() > 1;
     int exit_code = kExitPageWritten;

@@ -46,6 +46,177 @@ std::vector<std::string> split(const std::string& text, char separator) {
     return parts;
 }
 
+// What an option does with its value; flags get an empty one.
+typedef void (*Apply)(ScanOptions& options, const std::string& value);
+
+// One line of the option table: the names an option is typed by (none for a
+// line that only explains a default), whether a value follows, what it does,
+// and how --help shows it: `usage` left, `help` right, one entry of `help`
+// a line. An option without usage is explained on the line before.
+struct Option {
+    std::vector<std::string> names;
+    bool takes_value;
+    Apply apply;
+    std::string usage;
+    std::vector<std::string> help;
+};
+
+struct Section {
+    std::string heading;
+    std::vector<Option> options;
+};
+
+std::string number(double value) {
+    std::ostringstream text;
+    text << value;
+    return text.str();
+}
+
+// Every option, in the order --help lists them.
+std::vector<Section> option_table() {
+    return {
+        {"Output",
+         {{{"-o", "--output"}, true, [](ScanOptions& o, const std::string& v) { o.output = v; },
+           "-o, --output FILE", {"write the straightened page to FILE"}},
+          {{"-d", "--output-dir"}, true, [](ScanOptions& o, const std::string& v) { o.output_folder = v; },
+           "-d, --output-dir DIR",
+           {"several inputs: write each page to DIR under the", "input's file name, with a progress line each"}},
+          {{"--overlay"}, true, [](ScanOptions& o, const std::string& v) { o.overlay = v; }, "--overlay PATH",
+           {"write a reduced copy of the input with the page's",
+            "outline drawn on it (top-left corner in green); with",
+            "several inputs PATH is a folder and each overlay is", "NAME-overlay.png"}},
+          {{"--always-write"}, false, [](ScanOptions& o, const std::string&) { o.always_write = true; },
+           "--always-write", {"when no page is found, write the whole image"}},
+          {{"--png-level"}, true,
+           [](ScanOptions& o, const std::string& v) {
+               if (!parse_int(v, 0, 9, o.png_level)) throw usage("--png-level needs a level from 0 to 9, not '" + v + "'");
+           },
+           "--png-level N", {"zlib level 0-9 for PNG output (default 1, fast)"}},
+          {{"--jpeg-quality"}, true,
+           [](ScanOptions& o, const std::string& v) {
+               if (!parse_int(v, 1, 100, o.jpeg_quality)) {
+                   throw usage("--jpeg-quality needs a quality from 1 to 100, not '" + v + "'");
+               }
+           },
+           "--jpeg-quality N", {"quality 1-100 for JPEG output (default 92)"}}}},
+        {"Finding the page",
+         {{{}, false, nullptr, "(default)", {"hybrid search: page edges, then the text"}},
+          {{"--edges-only"}, false, [](ScanOptions& o, const std::string&) { o.edges_only = true; }, "--edges-only",
+           {"search the page edges only"}},
+          {{"--engine"}, true,
+           [](ScanOptions& o, const std::string& v) {
+               if (!parse_int(v, 0, 7, o.engine)) throw usage("--engine needs a method from 0 to 7, not '" + v + "'");
+           },
+           "--engine N", {"corner search method N (0-7) instead of the corrector"}},
+          {{"--corners"}, true,
+           [](ScanOptions& o, const std::string& v) {
+               if (!parse_corners(v, o.corners)) {
+                   throw usage("--corners needs eight integers x0,y0,x1,y1,x2,y2,x3,y3 (top-left, top-right, "
+                               "bottom-right, bottom-left, each within +-" + std::to_string(kCornerLimit) +
+                               "), not '" + v + "'");
+               }
+               o.has_corners = true;
+           },
+           "--corners X0,Y0,X1,Y1,X2,Y2,X3,Y3",
+           {"use these corners (integers, pixels of the input;", "top-left, top-right, bottom-right, bottom-left)"}},
+          {{"--fill"}, true,
+           [](ScanOptions& o, const std::string& v) {
+               const std::vector<std::string> parts = split(v, ',');
+               bool ok = parts.size() == 1 || parts.size() == 3;
+               for (std::size_t p = 0; ok && p < parts.size(); ++p) ok = parse_int(parts[p], 0, 255, o.fill[p]);
+               if (!ok) throw usage("--fill needs R,G,B or one gray value, each from 0 to 255, not '" + v + "'");
+               o.fill_count = static_cast<int>(parts.size());
+           },
+           "--fill R,G,B | --fill V",
+           {"colour of the output outside the photo (default:", "the paper's colour, taken from the page's border)"}}}},
+        {"More results",
+         {{{"--binarize"}, true,
+           [](ScanOptions& o, const std::string& v) {
+               if (v != "sauvola" && v != "multiscale") {
+                   throw usage("--binarize needs 'sauvola' or 'multiscale', not '" + v + "'");
+               }
+               o.binarize = v;
+           },
+           "--binarize sauvola|multiscale",
+           {"also write the black-and-white page beside the", "output as NAME-bw.png (1 bit a pixel)"}},
+          {{"--window"}, true,
+           [](ScanOptions& o, const std::string& v) {
+               if (!parse_int(v, 1, 100000, o.window)) throw usage("--window needs a positive integer, not '" + v + "'");
+               o.has_window = true;
+           },
+           "--window N, --k K",
+           {"window (default " + number(MORVANE_DEFAULT_BINARIZATION_WINDOW) + ") and k (default " +
+            number(MORVANE_DEFAULT_BINARIZATION_K) + ") of the method"}},
+          {{"--k"}, true,
+           [](ScanOptions& o, const std::string& v) {
+               if (!parse_float(v, 0.0f, 1.0f, o.k)) throw usage("--k needs a number from 0 to 1, not '" + v + "'");
+               o.has_k = true;
+           },
+           "", {}},
+          {{"--dpi"}, false, [](ScanOptions& o, const std::string&) { o.dpi = true; }, "--dpi",
+           {"estimate the page's resolution in dots per inch"}}}},
+        {"Reports",
+         {{{}, false, nullptr, "(default)",
+           {"a short summary: what was found, the corners, the", "output size and the time taken"}},
+          {{"--json"}, false, [](ScanOptions& o, const std::string&) { o.json = true; }, "--json",
+           {"one JSON object a line per input: the return code and",
+            "its meaning, the corners, the output size, the",
+            "resolution and the time of each phase in ms"}},
+          {{"--corners-only"}, false, [](ScanOptions& o, const std::string&) { o.corners_only = true; },
+           "--corners-only",
+           {"one line per input and nothing else:",
+            "{\"corners\": [[x,y],[x,y],[x,y],[x,y]]} or {\"corners\": null};",
+            "the line is the answer, so no page found exits with 0"}},
+          {{"-h", "--help"}, false, [](ScanOptions& o, const std::string&) { o.help = true; }, "-h, --help",
+           {"this text"}},
+          {{"--version"}, false, [](ScanOptions& o, const std::string&) { o.version = true; }, "--version",
+           {"the tool's and the library's version"}}}},
+    };
+}
+
+const Option* find_option(const std::vector<Section>& table, const std::string& name) {
+    for (const Section& section : table)
+        for (const Option& option : section.options)
+            for (const std::string& typed : option.names)
+                if (typed == name) return &option;
+    return nullptr;
+}
+
+// Options that contradict each other, or lack what they go with.
+void check_combinations(const ScanOptions& options) {
+    if (options.inputs.empty()) throw usage("no input picture given");
+    if (!options.output.empty() && !options.output_folder.empty()) throw usage("-o and -d exclude each other");
+    if (options.inputs.size() > 1 && !options.output.empty()) {
+        throw usage("-o names one output; with several inputs give a folder with -d");
+    }
+    if (options.has_corners && (options.engine >= 0 || options.edges_only)) {
+        throw usage("--corners replaces the search; it goes with neither --engine nor --edges-only");
+    }
+    if (options.engine >= 0 && options.edges_only) throw usage("--engine and --edges-only exclude each other");
+    if (options.json && options.corners_only) throw usage("--json and --corners-only exclude each other");
+    const bool writes = !options.output.empty() || !options.output_folder.empty();
+    if (options.always_write && !writes) throw usage("--always-write needs an output (-o or -d)");
+    if (!options.binarize.empty() && !writes) throw usage("--binarize needs an output (-o or -d)");
+    if ((options.has_window || options.has_k) && options.binarize.empty()) throw usage("--window and --k go with --binarize");
+}
+
+// The help's two columns: options start two places in, what they do at 25.
+constexpr std::size_t kHelpColumn = 25;
+
+void write_option_help(std::ostringstream& text, const Option& option) {
+    if (option.usage.empty()) return;
+    std::string line = "  " + option.usage;
+    if (line.size() + 2 > kHelpColumn) {
+        text << line << "\n";
+        line.clear();
+    }
+    for (const std::string& words : option.help) {
+        line.resize(kHelpColumn, ' ');
+        text << line << words << "\n";
+        line.clear();
+    }
+}
+
 }  // namespace
 
 bool parse_corners(const std::string& text, ControlPointCorners& corners) {
@@ -63,6 +234,7 @@ bool parse_corners(const std::string& text, ControlPointCorners& corners) {
 }
 
 ScanOptions parse_options(int argc, const char* const* argv) {
+    const std::vector<Section> table = option_table();
     ScanOptions options;
     bool options_ended = false;
     for (int i = 1; i < argc; ++i) {
@@ -85,101 +257,19 @@ ScanOptions parse_options(int argc, const char* const* argv) {
             inline_value = arg.substr(equals + 1);
             has_inline = true;
         }
-        const auto value = [&]() -> std::string {
-            if (has_inline) return inline_value;
-            if (i + 1 >= argc) throw usage(name + " needs a value");
-            return argv[++i];
-        };
-        const auto flag = [&]() {
+        const Option* option = find_option(table, name);
+        if (option == nullptr) throw usage("unknown option '" + arg + "'");
+        if (!option->takes_value) {
             if (has_inline) throw usage(name + " takes no value");
-        };
-
-        if (name == "-h" || name == "--help") {
-            flag();
-            options.help = true;
-        } else if (name == "--version") {
-            flag();
-            options.version = true;
-        } else if (name == "-o" || name == "--output") {
-            options.output = value();
-        } else if (name == "-d" || name == "--output-dir") {
-            options.output_folder = value();
-        } else if (name == "--corners") {
-            const std::string text = value();
-            if (!parse_corners(text, options.corners)) {
-                throw usage("--corners needs eight integers x0,y0,x1,y1,x2,y2,x3,y3 (top-left, top-right, "
-                            "bottom-right, bottom-left, each within +-" + std::to_string(kCornerLimit) +
-                            "), not '" + text + "'");
-            }
-            options.has_corners = true;
-        } else if (name == "--fill") {
-            const std::string text = value();
-            const std::vector<std::string> parts = split(text, ',');
-            bool ok = parts.size() == 1 || parts.size() == 3;
-            for (std::size_t p = 0; ok && p < parts.size(); ++p) ok = parse_int(parts[p], 0, 255, options.fill[p]);
-            if (!ok) throw usage("--fill needs R,G,B or one gray value, each from 0 to 255, not '" + text + "'");
-            options.fill_count = static_cast<int>(parts.size());
-        } else if (name == "--edges-only") {
-            flag();
-            options.edges_only = true;
-        } else if (name == "--engine") {
-            const std::string text = value();
-            if (!parse_int(text, 0, 7, options.engine)) throw usage("--engine needs a method from 0 to 7, not '" + text + "'");
-        } else if (name == "--binarize") {
-            options.binarize = value();
-            if (options.binarize != "sauvola" && options.binarize != "multiscale") {
-                throw usage("--binarize needs 'sauvola' or 'multiscale', not '" + options.binarize + "'");
-            }
-        } else if (name == "--window") {
-            const std::string text = value();
-            if (!parse_int(text, 1, 100000, options.window)) throw usage("--window needs a positive integer, not '" + text + "'");
-            options.has_window = true;
-        } else if (name == "--k") {
-            const std::string text = value();
-            if (!parse_float(text, 0.0f, 1.0f, options.k)) throw usage("--k needs a number from 0 to 1, not '" + text + "'");
-            options.has_k = true;
-        } else if (name == "--dpi") {
-            flag();
-            options.dpi = true;
-        } else if (name == "--overlay") {
-            options.overlay = value();
-        } else if (name == "--json") {
-            flag();
-            options.json = true;
-        } else if (name == "--corners-only") {
-            flag();
-            options.corners_only = true;
-        } else if (name == "--always-write") {
-            flag();
-            options.always_write = true;
-        } else if (name == "--png-level") {
-            const std::string text = value();
-            if (!parse_int(text, 0, 9, options.png_level)) throw usage("--png-level needs a level from 0 to 9, not '" + text + "'");
-        } else if (name == "--jpeg-quality") {
-            const std::string text = value();
-            if (!parse_int(text, 1, 100, options.jpeg_quality)) {
-                throw usage("--jpeg-quality needs a quality from 1 to 100, not '" + text + "'");
-            }
+            option->apply(options, std::string());
+        } else if (has_inline) {
+            option->apply(options, inline_value);
         } else {
-            throw usage("unknown option '" + arg + "'");
+            if (i + 1 >= argc) throw usage(name + " needs a value");
+            option->apply(options, argv[++i]);
         }
     }
-    if (options.help || options.version) return options;
-
-    if (options.inputs.empty()) throw usage("no input picture given");
-    if (!options.output.empty() && !options.output_folder.empty()) throw usage("-o and -d exclude each other");
-    if (options.inputs.size() > 1 && !options.output.empty()) {
-        throw usage("-o names one output; with several inputs give a folder with -d");
-    }
-    if (options.has_corners && (options.engine >= 0 || options.edges_only)) {
-        throw usage("--corners replaces the search; it goes with neither --engine nor --edges-only");
-    }
-    if (options.engine >= 0 && options.edges_only) throw usage("--engine and --edges-only exclude each other");
-    if (options.json && options.corners_only) throw usage("--json and --corners-only exclude each other");
-    const bool writes = !options.output.empty() || !options.output_folder.empty();
-    if (options.always_write && !writes) throw usage("--always-write needs an output (-o or -d)");
-    if (!options.binarize.empty() && !writes) throw usage("--binarize needs an output (-o or -d)");
-    if ((options.has_window || options.has_k) && options.binarize.empty()) throw usage("--window and --k go with --binarize");
+    if (!options.help && !options.version) check_combinations(options);
     return options;
 }
 
@@ -190,50 +280,12 @@ std::string help_text() {
             "\n"
             "Finds the page in a photo (JPEG or PNG), straightens it and writes it as PNG\n"
             "or JPEG, chosen by the output's extension (.png, .jpg, .jpeg). Without -o or -d\n"
-            "nothing is written: the tool only reports what it found.\n"
-            "\n"
-            "Output:\n"
-            "  -o, --output FILE      write the straightened page to FILE\n"
-            "  -d, --output-dir DIR   several inputs: write each page to DIR under the\n"
-            "                         input's file name, with a progress line each\n"
-            "  --overlay PATH         write a reduced copy of the input with the page's\n"
-            "                         outline drawn on it (top-left corner in green); with\n"
-            "                         several inputs PATH is a folder and each overlay is\n"
-            "                         NAME-overlay.png\n"
-            "  --always-write         when no page is found, write the whole image\n"
-            "  --png-level N          zlib level 0-9 for PNG output (default 1, fast)\n"
-            "  --jpeg-quality N       quality 1-100 for JPEG output (default 92)\n"
-            "\n"
-            "Finding the page:\n"
-            "  (default)              hybrid search: page edges, then the text\n"
-            "  --edges-only           search the page edges only\n"
-            "  --engine N             corner search method N (0-7) instead of the corrector\n"
-            "  --corners X0,Y0,X1,Y1,X2,Y2,X3,Y3\n"
-            "                         use these corners (integers, pixels of the input;\n"
-            "                         top-left, top-right, bottom-right, bottom-left)\n"
-            "  --fill R,G,B | --fill V\n"
-            "                         colour of the output outside the photo (default:\n"
-            "                         the paper's colour, taken from the page's border)\n"
-            "\n"
-            "More results:\n"
-            "  --binarize sauvola|multiscale\n"
-            "                         also write the black-and-white page beside the\n"
-            "                         output as NAME-bw.png (1 bit a pixel)\n"
-            "  --window N, --k K      window (default 35) and k (default 0.1) of the method\n"
-            "  --dpi                  estimate the page's resolution in dots per inch\n"
-            "\n"
-            "Reports:\n"
-            "  (default)              a short summary: what was found, the corners, the\n"
-            "                         output size and the time taken\n"
-            "  --json                 one JSON object a line per input: the return code and\n"
-            "                         its meaning, the corners, the output size, the\n"
-            "                         resolution and the time of each phase in ms\n"
-            "  --corners-only         one line per input and nothing else:\n"
-            "                         {\"corners\": [[x,y],[x,y],[x,y],[x,y]]} or {\"corners\": null};\n"
-            "                         the line is the answer, so no page found exits with 0\n"
-            "  -h, --help             this text\n"
-            "  --version              the tool's and the library's version\n"
-            "\n"
+            "nothing is written: the tool only reports what it found.\n";
+    for (const Section& section : option_table()) {
+        text << "\n" << section.heading << ":\n";
+        for (const Option& option : section.options) write_option_help(text, option);
+    }
+    text << "\n"
             "Exit codes (with several inputs, the highest of them):\n"
             "  0  page found (or corners given) and written\n"
             "  1  no page found; nothing is written unless --always-write\n"
@@ -244,14 +296,20 @@ std::string help_text() {
             "temporary file and renamed, so no half-written file is ever left.\n"
             "\n"
             "In this build:\n";
-    const auto state = [](bool available) { return available ? "available" : "not available yet"; };
-    text << "  page finding (default, --edges-only)  " << state(corrector_available()) << "\n"
-         << "  --engine                              " << state(corner_search_available()) << "\n"
-         << "  --fill                                " << state(corrector_available()) << "\n"
-         << "  --binarize sauvola                    " << state(binarization_available("sauvola")) << "\n"
-         << "  --binarize multiscale                 " << state(binarization_available("multiscale")) << "\n"
-         << "  --dpi                                 " << state(resolution_estimate_available()) << "\n"
-         << "  --corners, --overlay, reports         available\n";
+    const std::pair<std::string, bool> offered[] = {
+        {"page finding (default, --edges-only)", true},
+        {"--engine", true},
+        {"--fill", true},
+        {"--binarize sauvola", binarization_available("sauvola")},
+        {"--binarize multiscale", binarization_available("multiscale")},
+        {"--dpi", resolution_estimate_available()},
+        {"--corners, --overlay, reports", true},
+    };
+    for (const auto& entry : offered) {
+        std::string line = "  " + entry.first;
+        line.resize(40, ' ');
+        text << line << (entry.second ? "available" : "not available yet") << "\n";
+    }
     return text.str();
 }
 

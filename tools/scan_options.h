@@ -25,9 +25,9 @@ struct ScanOptions {
 
     std::string binarize;  // "", "sauvola" or "multiscale"
     bool has_window = false;
-    int window = 35;
+    int window = MORVANE_DEFAULT_BINARIZATION_WINDOW;
     bool has_k = false;
-    float k = 0.1f;
+    float k = MORVANE_DEFAULT_BINARIZATION_K;
     bool dpi = false;
 
     std::string overlay;  // file, or folder with several inputs

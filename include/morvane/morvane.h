@@ -261,6 +261,10 @@ MORVANE_API void set_within_the_image(void* handle);
 /* Binarization method for obtain_binarized_corrected_image: 0 Sauvola (default), 1 multi-scale; other values are clamped to 0 or 1. */
 MORVANE_API void set_binarization_method(void* handle, int method);
 
+/* The binarization k and window of a new corrector. */
+#define MORVANE_DEFAULT_BINARIZATION_K 0.1f
+#define MORVANE_DEFAULT_BINARIZATION_WINDOW 35
+
 /* Binarization k: below 0 stored as 0.01, above 1 as 0.99, otherwise as given; default 0.1. */
 MORVANE_API void set_binarization_k(void* handle, float k);
 

@@ -2,8 +2,8 @@
 // without rectifying it. Nothing here catches exceptions.
 #include "common/basic_image.h"
 #include "common/image_c_api_transformer.h"
-#include "cornersearch/projective_correction_corner_detection_enginee.h"
 #include "morvane/morvane.h"
+#include "registration/projective_correction_corner_detection_enginee.h"
 
 namespace {
 

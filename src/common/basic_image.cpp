@@ -10,6 +10,8 @@
 
 #include <boost/lexical_cast.hpp>
 
+#include "common/constants.h"
+
 namespace common {
 
 namespace {
@@ -361,7 +363,7 @@ void BasicImage::create_gray_from_rgb_mean(const BasicImage& source) {
 }
 
 void BasicImage::create_gray_from_rgb_luminance(const BasicImage& source) {
-    create_gray_from_rgb(source, [](int r, int g, int b) { return (299 * r + 587 * g + 114 * b) / 1000; });
+    create_gray_from_rgb(source, [](int r, int g, int b) { return constants::luminance(r, g, b); });
 }
 
 void BasicImage::convert_rgb_to_gray(bool luminance) {

@@ -19,6 +19,15 @@ constexpr int kBoundaryResolution = 300;
 // Scale factor of each scale level: 1, 2, 4, ..., 64.
 constexpr int kScaleFactors[7] = {1, 2, 4, 8, 16, 32, 64};
 
+// Weights of red, green and blue in the luminance of a pixel, in thousandths
+// (they sum to 1000): those of broadcast television.
+constexpr int kLuminanceWeights[3] = {299, 587, 114};
+
+// The gray value of an RGB pixel: (299 R + 587 G + 114 B) / 1000, truncated.
+constexpr int luminance(int r, int g, int b) {
+    return (kLuminanceWeights[0] * r + kLuminanceWeights[1] * g + kLuminanceWeights[2] * b) / 1000;
+}
+
 }  // namespace constants
 
 #endif

@@ -4,7 +4,7 @@
 #define MORVANE_COMPONENTS_BEING_PROCESSED_STROKE_H
 
 #include "components/binary_connected_component.h"
-#include "components/binary_run.h"
+#include "pixel/binary_run.h"
 
 namespace geometric {
 

@@ -9,7 +9,7 @@
 
 #include "common/basic_image.h"
 #include "common/image.h"
-#include "components/binary_run.h"
+#include "pixel/binary_run.h"
 #include "textgeometry/geobox.h"
 #include "textgeometry/geocoordinate.h"
 

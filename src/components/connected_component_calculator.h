@@ -14,9 +14,9 @@
 #include "common/basic_image.h"
 #include "components/being_processed_stroke.h"
 #include "components/binary_connected_component.h"
-#include "components/runs_in_image.h"
-#include "components/runs_in_line.h"
 #include "components/stroke_array.h"
+#include "pixel/runs_in_image.h"
+#include "pixel/runs_in_line.h"
 #include "textgeometry/geobox.h"
 #include "textgeometry/geocoordinate.h"
 

@@ -5,7 +5,7 @@
 #include <cstdlib>
 
 #include "components/connected_component_calculator.h"
-#include "pageanalysis/text_blob.h"
+#include "components/text_blob.h"
 
 namespace geometric {
 

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "registration/bounding_line.h"
+#include "edgelines/bounding_line.h"
 #include "textgeometry/geocoordinate.h"
 #include "textgeometry/geoline_base.h"
 #include "textgeometry/geoline_base_points.h"

@@ -126,7 +126,7 @@ bool BoundingLineArrayWrapper::update_with_three_available_boundaries() {
     const std::size_t near_end = (side == geometric::TOP_BOUNDARY || side == geometric::LEFT_BOUNDARY) ? 0 : 1;
     const std::size_t far_end = 1 - near_end;
 
-    // 1. The line through the two near ends.
+    // The line through the two near ends.
     const Geocoordinate<int> p1 = slot(first_neighbour).end_point(near_end);
     const Geocoordinate<int> p2 = slot(second_neighbour).end_point(near_end);
     geometric::GeolineBasePoints<int> source;
@@ -143,7 +143,7 @@ bool BoundingLineArrayWrapper::update_with_three_available_boundaries() {
     source.points = {p1, p2};
     BoundingLine candidate(side, source, geometric::REGULAR_BOUNDING_LINE);
 
-    // 2. The far ends must reach the opposite side: the gap to where it meets
+    // The far ends must reach the opposite side: the gap to where it meets
     // each neighbour, the crossing truncated to int.
     double gap = 0.0;
     for (BoundingLinePosition neighbour : {first_neighbour, second_neighbour}) {
@@ -153,17 +153,17 @@ bool BoundingLineArrayWrapper::update_with_three_available_boundaries() {
         gap += distance(slot(neighbour).end_point(far_end), vertex);
     }
 
-    // 3. Nearly parallel to the opposite side.
+    // Nearly parallel to the opposite side.
     if (geometric::LineAngleComparator::calculate_disparity(candidate.line, slot(opposite).line) >=
         horizontal_angle_limit) {
         return false;
     }
-    // 4. Neighbours alike in length, ends closing on the opposite side.
+    // Neighbours alike in length, ends closing on the opposite side.
     const double q = slot(first_neighbour).polyline_length() / slot(second_neighbour).polyline_length();
     if (q > kNeighbourLengthRatioHigh || q < kNeighbourLengthRatioLow || gap > kConstructedGapLimit) return false;
-    // 5. The four must make a page, strictly grey-tested.
+    // The four must make a page, strictly grey-tested.
     if (!update_with_potential_boundary(candidate, true)) return false;
-    // 6. The three real lines become one candidate set, the constructed line,
+    // The three real lines become one candidate set, the constructed line,
     // weak, a set of its own.
     slot(side).clear();
     keep_as_candidate_boundaries();
@@ -298,16 +298,16 @@ void BoundingLineArrayWrapper::update_with_candiate_boundaries(BoundingLine& slo
 }
 
 bool BoundingLineArrayWrapper::combine_multiple_candidate_boundaries() {
-    // 1. Candidates survive from an earlier stage through its current slots.
+    // Candidates survive from an earlier stage through its current slots.
     if (previous_wrapper) {
         for (int k = 0; k < 4; ++k) boundaries.push_back(previous_wrapper->boundaries[k]);
     }
-    // 2. The current set and at most one candidate set: take the fuller.
+    // The current set and at most one candidate set: take the fuller.
     if (boundaries.size() < 12) {
         select_prominent_four_boundaries();
         return false;
     }
-    // 3. Lists by side, without lines on the image's border.
+    // Lists by side, without lines on the image's border.
     std::vector<BoundingLine> lists[4];
     for (std::size_t i = 4; i < boundaries.size(); ++i) {
         const BoundingLine& line = boundaries[i];
@@ -332,14 +332,14 @@ bool BoundingLineArrayWrapper::combine_multiple_candidate_boundaries() {
         }
         lists[side].push_back(line);
     }
-    // 4. Outermost first; lines of equal extreme keep the order of their sets.
+    // Outermost first; lines of equal extreme keep the order of their sets.
     for (int k = 0; k < 4; ++k) {
         const auto side = static_cast<BoundingLinePosition>(k);
         std::stable_sort(lists[k].begin(), lists[k].end(), [side](const BoundingLine& p, const BoundingLine& q) {
             return is_outer(p, q, side);
         });
     }
-    // 5. Each slot from its own list, or from the opposite one when its own is empty.
+    // Each slot from its own list, or from the opposite one when its own is empty.
     bool empty[4];
     for (int k = 0; k < 4; ++k) empty[k] = lists[k].empty();
     const int order[4] = {geometric::LEFT_BOUNDARY, geometric::RIGHT_BOUNDARY, geometric::TOP_BOUNDARY,
@@ -348,7 +348,7 @@ bool BoundingLineArrayWrapper::combine_multiple_candidate_boundaries() {
         update_with_candiate_boundaries(boundaries[k], static_cast<BoundingLinePosition>(k), lists[k],
                                         lists[(k + 2) % 4]);
     }
-    // 6, 7. A pair too close together loses the side that had no line of its own.
+    // A pair too close together loses the side that had no line of its own.
     for (int first : {geometric::TOP_BOUNDARY, geometric::LEFT_BOUNDARY}) {
         const int second = first + 2;
         if (!boundaries[first].is_valid() || !boundaries[second].is_valid()) continue;
@@ -361,7 +361,7 @@ bool BoundingLineArrayWrapper::combine_multiple_candidate_boundaries() {
             if (empty[second]) boundaries[second].clear();
         }
     }
-    // 8. A slot filled from the opposite list takes its own side.
+    // A slot filled from the opposite list takes its own side.
     for (int k = 0; k < 4; ++k) {
         if (boundaries[k].is_valid()) boundaries[k].position = static_cast<BoundingLinePosition>(k);
     }

@@ -16,11 +16,11 @@
 
 #include "common/image.h"
 #include "cornersearch/bounding_line.h"
-#include "registration/bounding_line.h"
-#include "registration/vanishing_point_output.h"
+#include "edgelines/bounding_line.h"
 #include "textgeometry/direction.h"
 #include "textgeometry/geobox.h"
 #include "textgeometry/geocoordinate.h"
+#include "vanishing/vanishing_point_output.h"
 
 namespace geometric_test {
 

@@ -4,7 +4,7 @@
 #define MORVANE_CORNERSEARCH_CORNER_SEARCH_PARA_H
 
 #include "edgelines/hough_transform_para.h"
-#include "registration/projective_registration_para.h"
+#include "vanishing/projective_registration_para.h"
 
 namespace geometric {
 

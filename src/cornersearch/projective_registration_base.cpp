@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
+#include "cornersearch/corner_examiner.h"
 #include "pixel/image_integer_down_sampling.h"
-#include "registration/corner_examiner.h"
 
 namespace geometric_test {
 

@@ -6,12 +6,11 @@
 #include <climits>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <numeric>
 
 #include "common/constants.h"
+#include "common/scratch_buffer.h"
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -69,10 +68,6 @@ inline void prefetch(const unsigned char* source, ptrdiff_t ahead, int row_size)
 #endif
 }
 
-struct FreeDeleter {
-    void operator()(unsigned char* p) const { std::free(p); }
-};
-
 // Copies n bytes, n known at compile time where the pixel size is.
 template <int kBytes>
 inline void copy_pixel(unsigned char* target, const unsigned char* source, int bytes) {
@@ -81,6 +76,181 @@ inline void copy_pixel(unsigned char* target, const unsigned char* source, int b
     } else {
         for (int i = 0; i < bytes; ++i) target[i] = source[i];
     }
+}
+
+// What both forms of the warp read: the buffers and their sizes, the steps
+// of the mapping's numerators and denominator per output column and row, and
+// the sampler.
+struct WarpJob {
+    const unsigned char* input;
+    unsigned char* output;
+    int input_width;
+    int input_height;
+    int output_width;
+    int output_height;
+    int bytes_per_pixel;
+    int row_size;
+    const ProjectiveWarpCoefficients& k;
+    const Sampling::Sampler& sampler;
+    double column_x, column_y, column_w;
+    double row_x, row_y, row_w;
+
+    WarpJob(const unsigned char* input_, unsigned char* output_, int input_width_, int input_height_,
+            int output_width_, int output_height_, int bytes_per_pixel_, int row_size_,
+            const ProjectiveWarpCoefficients& k_, const Sampling::Sampler& sampler_)
+        : input(input_), output(output_), input_width(input_width_), input_height(input_height_),
+          output_width(output_width_), output_height(output_height_), bytes_per_pixel(bytes_per_pixel_),
+          row_size(row_size_), k(k_), sampler(sampler_), column_x(k_.a / output_width_),
+          column_y(k_.d / output_width_), column_w(k_.g / output_width_), row_x(k_.b / output_height_),
+          row_y(k_.e / output_height_), row_w(k_.h / output_height_) {}
+
+    // The pixel size, known at compile time where kBytes says it.
+    template <int kBytes>
+    int bytes() const {
+        return kBytes > 0 ? kBytes : bytes_per_pixel;
+    }
+    // The input pixel at the floors (xi, yi).
+    template <int kBytes>
+    const unsigned char* source(int xi, int yi) const {
+        return input + static_cast<ptrdiff_t>(yi) * row_size + static_cast<ptrdiff_t>(xi) * bytes<kBytes>();
+    }
+};
+
+// Output pixels outside the sampled interior: inside the image a copy of the
+// pixel at the floors, beyond it the fill colour, computed where first
+// needed in mode 1.
+template <int kBytes>
+class BorderOrFill {
+public:
+    BorderOrFill(ProjectiveCorrection& correction, const WarpJob& job)
+        : correction(correction), job(job), fill_pending(correction.get_filling_mode() == 1) {}
+
+    void operator()(bool inside, int xi, int yi, unsigned char* out) {
+        if (inside) {
+            copy_pixel<kBytes>(out, job.source<kBytes>(xi, yi), job.bytes<kBytes>());
+            return;
+        }
+        if (fill_pending) {
+            correction.calculate_filling_pixel();
+            fill_pending = false;
+        }
+        copy_pixel<kBytes>(out, correction.get_filling_pixel(), job.bytes<kBytes>());
+    }
+
+private:
+    ProjectiveCorrection& correction;
+    const WarpJob& job;
+    bool fill_pending;
+};
+
+// The warp, row by row. The position is accumulated, not computed afresh for
+// each pixel: the row's base plus repeated column steps, in double
+// precision, so that the output depends on these roundings and on no others.
+// The floor tests are made on the double values, which is the same as
+// comparing floors with integer limits and avoids converting values that do
+// not fit an int. 1 <= X < input_width - 2 and 1 <= Y < input_height - 2 is
+// sampled; the rest goes to BorderOrFill.
+template <int kBytes, bool kParallelogram>
+void warp_rows(ProjectiveCorrection& correction, const WarpJob& job) {
+    const int bytes = job.bytes<kBytes>();
+    BorderOrFill<kBytes> border_or_fill(correction, job);
+    const double inner_right = job.input_width - 2, inner_bottom = job.input_height - 2;
+    const double right = job.input_width, bottom = job.input_height;
+    unsigned char* out = job.output;
+    double base_x = job.k.x0, base_y = job.k.y0, base_w = 1.0;
+    for (int v = 0; v < job.output_height; ++v) {
+        double nx = base_x, ny = base_y, w = base_w;
+        const ptrdiff_t ahead =
+            prefetch_offset(base_x, base_y, base_w, job.column_x, job.column_y, job.column_w, bytes, job.row_size);
+        for (int u = 0; u < job.output_width; ++u, out += bytes) {
+            // In a parallelogram w stays exactly 1, and a division by 1 changes nothing.
+            const double X = kParallelogram ? nx : nx / w;
+            const double Y = kParallelogram ? ny : ny / w;
+            nx += job.column_x;
+            ny += job.column_y;
+            if (!kParallelogram) w += job.column_w;
+            if (X >= 1.0 && X < inner_right && Y >= 1.0 && Y < inner_bottom) {
+                const int xi = static_cast<int>(X);
+                const int yi = static_cast<int>(Y);
+                const unsigned char* source = job.source<kBytes>(xi, yi);
+                prefetch(source, ahead, job.row_size);
+                job.sampler(source, static_cast<float>(X - xi), static_cast<float>(Y - yi), out);
+            } else {
+                const bool inside = X >= 0.0 && X < right && Y >= 0.0 && Y < bottom;
+                border_or_fill(inside, inside ? static_cast<int>(X) : 0, inside ? static_cast<int>(Y) : 0, out);
+            }
+        }
+        base_x += job.row_x;
+        base_y += job.row_y;
+        base_w += job.row_w;
+    }
+}
+
+#if defined(__SSE2__)
+// warp_rows with x and y travelling together in one register: the same
+// additions, divisions and tests, lane by lane, so the same bits.
+template <int kBytes, bool kParallelogram>
+void warp_rows_sse2(ProjectiveCorrection& correction, const WarpJob& job) {
+    const int bytes = job.bytes<kBytes>();
+    BorderOrFill<kBytes> border_or_fill(correction, job);
+    const __m128d column_step = _mm_set_pd(job.column_y, job.column_x);
+    const __m128d row_step = _mm_set_pd(job.row_y, job.row_x);
+    const __m128d inner_low = _mm_set1_pd(1.0);
+    const __m128d inner_high = _mm_set_pd(job.input_height - 2, job.input_width - 2);
+    const __m128d outer_low = _mm_setzero_pd();
+    const __m128d outer_high = _mm_set_pd(job.input_height, job.input_width);
+    unsigned char* out = job.output;
+    __m128d base = _mm_set_pd(job.k.y0, job.k.x0);
+    double base_w = 1.0;
+    for (int v = 0; v < job.output_height; ++v) {
+        __m128d n = base;
+        double w = base_w;
+        const ptrdiff_t ahead = prefetch_offset(_mm_cvtsd_f64(base), _mm_cvtsd_f64(_mm_unpackhi_pd(base, base)),
+                                                base_w, job.column_x, job.column_y, job.column_w, bytes, job.row_size);
+        for (int u = 0; u < job.output_width; ++u, out += bytes) {
+            const __m128d p = kParallelogram ? n : _mm_div_pd(n, _mm_set1_pd(w));
+            n = _mm_add_pd(n, column_step);
+            if (!kParallelogram) w += job.column_w;
+            const int inner = _mm_movemask_pd(_mm_and_pd(_mm_cmpge_pd(p, inner_low), _mm_cmplt_pd(p, inner_high)));
+            if (inner == 3) {
+                const __m128i floors = _mm_cvttpd_epi32(p);
+                const __m128 fractions = _mm_cvtpd_ps(_mm_sub_pd(p, _mm_cvtepi32_pd(floors)));
+                const unsigned char* source =
+                    job.source<kBytes>(_mm_cvtsi128_si32(floors), _mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 1)));
+                prefetch(source, ahead, job.row_size);
+                job.sampler(source, _mm_cvtss_f32(fractions), _mm_cvtss_f32(_mm_shuffle_ps(fractions, fractions, 1)),
+                            out);
+            } else {
+                const bool inside =
+                    _mm_movemask_pd(_mm_and_pd(_mm_cmpge_pd(p, outer_low), _mm_cmplt_pd(p, outer_high))) == 3;
+                const __m128i floors = inside ? _mm_cvttpd_epi32(p) : _mm_setzero_si128();
+                border_or_fill(inside, _mm_cvtsi128_si32(floors), _mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 1)),
+                               out);
+            }
+        }
+        base = _mm_add_pd(base, row_step);
+        base_w += job.row_w;
+    }
+}
+#endif
+
+// The form this build runs: the vector one where the unit is there, unless
+// MORVANE_PLAIN_WARP asks for the plain one, which the tests build too.
+template <int kBytes>
+void warp_with_pixel_size(ProjectiveCorrection& correction, const WarpJob& job) {
+#if defined(__SSE2__) && !defined(MORVANE_PLAIN_WARP)
+    if (job.k.parallelogram) {
+        warp_rows_sse2<kBytes, true>(correction, job);
+    } else {
+        warp_rows_sse2<kBytes, false>(correction, job);
+    }
+#else
+    if (job.k.parallelogram) {
+        warp_rows<kBytes, true>(correction, job);
+    } else {
+        warp_rows<kBytes, false>(correction, job);
+    }
+#endif
 }
 
 }  // namespace
@@ -164,9 +334,8 @@ int ProjectiveCorrection::run_correction() {
         return 1;
     }
     // Binary view: warp as gray into a scratch buffer, then write the bits.
-    std::unique_ptr<unsigned char, FreeDeleter> gray(
-        static_cast<unsigned char*>(std::malloc(static_cast<size_t>(width) * static_cast<size_t>(height))));
-    if (!gray) throw kAllocateFailed;
+    const common::ScratchBuffer<unsigned char> gray(static_cast<size_t>(width) * static_cast<size_t>(height));
+    if (gray.empty()) throw kAllocateFailed;
     output->set_image_type(common::GRAY);
     try {
         perspective_transformation_general(input->get_data(), gray.get(), input->get_width(), input->get_height(),
@@ -189,124 +358,14 @@ void ProjectiveCorrection::perspective_transformation_general(const unsigned cha
     if (output_width < 1 || output_height < 1 || corners.size() < 4) return;
     const Sampling sampling(output->get_image_type(), input_width, para.interpolation);
     const ProjectiveWarpCoefficients k = calculate_warp_coefficients(corners);
-    const int bytes = sampling.get_bytes_per_pixel();
-    const int row = sampling.get_row_size();
-    const Sampling::Sampler& sampler = sampling.get_sampler();
-#define MORVANE_WARP(kBytes)                                                                                     \
-    (k.parallelogram ? warp_rows<kBytes, true>(input_data, output_data, input_width, input_height, output_width, \
-                                               output_height, k, bytes, row, sampler)                            \
-                     : warp_rows<kBytes, false>(input_data, output_data, input_width, input_height, output_width, \
-                                                output_height, k, bytes, row, sampler))
-    switch (bytes) {
-        case 1: MORVANE_WARP(1); break;
-        case 3: MORVANE_WARP(3); break;
-        case 4: MORVANE_WARP(4); break;
-        default: MORVANE_WARP(0); break;
+    const WarpJob job(input_data, output_data, input_width, input_height, output_width, output_height,
+                      sampling.get_bytes_per_pixel(), sampling.get_row_size(), k, sampling.get_sampler());
+    switch (job.bytes_per_pixel) {
+        case 1: warp_with_pixel_size<1>(*this, job); break;
+        case 3: warp_with_pixel_size<3>(*this, job); break;
+        case 4: warp_with_pixel_size<4>(*this, job); break;
+        default: warp_with_pixel_size<0>(*this, job); break;
     }
-#undef MORVANE_WARP
-}
-
-// The warp proper. The position is accumulated exactly as stated (row base
-// plus repeated column steps, in double precision); the floor tests are made
-// on the double values, which is the same as comparing floors with integer
-// limits and avoids converting values that do not fit an int. Where the
-// vector unit is there, x and y travel together in one register: the same
-// additions and divisions, lane by lane, so the same bits.
-template <int kBytes, bool kParallelogram>
-void ProjectiveCorrection::warp_rows(const unsigned char* input_data, unsigned char* output_data, int input_width,
-                                     int input_height, int output_width, int output_height,
-                                     const ProjectiveWarpCoefficients& k, int bytes_per_pixel, int row_size,
-                                     const Sampling::Sampler& sampler) {
-    const int bytes = kBytes > 0 ? kBytes : bytes_per_pixel;
-    const double column_x = k.a / output_width, column_y = k.d / output_width, column_w = k.g / output_width;
-    const double row_x = k.b / output_height, row_y = k.e / output_height, row_w = k.h / output_height;
-    bool fill_pending = filling_mode == 1;
-    // Outside the interior: a copy of the pixel at the floors, or the fill.
-    auto border_or_fill = [&](bool inside, int xi, int yi, unsigned char* out) {
-        if (inside) {
-            copy_pixel<kBytes>(
-                out, input_data + static_cast<ptrdiff_t>(yi) * row_size + static_cast<ptrdiff_t>(xi) * bytes, bytes);
-            return;
-        }
-        if (fill_pending) {
-            calculate_filling_pixel();
-            fill_pending = false;
-        }
-        copy_pixel<kBytes>(out, filling_pixel, bytes);
-    };
-
-    unsigned char* out = output_data;
-    double base_w = 1.0;
-#if defined(__SSE2__)
-    const __m128d column_step = _mm_set_pd(column_y, column_x);
-    const __m128d row_step = _mm_set_pd(row_y, row_x);
-    const __m128d inner_low = _mm_set1_pd(1.0);
-    const __m128d inner_high = _mm_set_pd(input_height - 2, input_width - 2);
-    const __m128d outer_low = _mm_setzero_pd();
-    const __m128d outer_high = _mm_set_pd(input_height, input_width);
-    __m128d base = _mm_set_pd(k.y0, k.x0);
-    for (int v = 0; v < output_height; ++v) {
-        __m128d n = base;
-        double w = base_w;
-        const ptrdiff_t ahead = prefetch_offset(_mm_cvtsd_f64(base), _mm_cvtsd_f64(_mm_unpackhi_pd(base, base)),
-                                                base_w, column_x, column_y, column_w, bytes, row_size);
-        for (int u = 0; u < output_width; ++u, out += bytes) {
-            // In a parallelogram w stays exactly 1, and a division by 1 changes nothing.
-            const __m128d p = kParallelogram ? n : _mm_div_pd(n, _mm_set1_pd(w));
-            n = _mm_add_pd(n, column_step);
-            if (!kParallelogram) w += column_w;
-            const int inner = _mm_movemask_pd(_mm_and_pd(_mm_cmpge_pd(p, inner_low), _mm_cmplt_pd(p, inner_high)));
-            if (inner == 3) {
-                const __m128i floors = _mm_cvttpd_epi32(p);
-                const __m128 fractions = _mm_cvtpd_ps(_mm_sub_pd(p, _mm_cvtepi32_pd(floors)));
-                const int xi = _mm_cvtsi128_si32(floors);
-                const int yi = _mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 1));
-                const unsigned char* source =
-                    input_data + static_cast<ptrdiff_t>(yi) * row_size + static_cast<ptrdiff_t>(xi) * bytes;
-                prefetch(source, ahead, row_size);
-                sampler(source, _mm_cvtss_f32(fractions), _mm_cvtss_f32(_mm_shuffle_ps(fractions, fractions, 1)),
-                        out);
-            } else {
-                const bool inside =
-                    _mm_movemask_pd(_mm_and_pd(_mm_cmpge_pd(p, outer_low), _mm_cmplt_pd(p, outer_high))) == 3;
-                const __m128i floors = inside ? _mm_cvttpd_epi32(p) : _mm_setzero_si128();
-                border_or_fill(inside, _mm_cvtsi128_si32(floors), _mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 1)),
-                               out);
-            }
-        }
-        base = _mm_add_pd(base, row_step);
-        base_w += row_w;
-    }
-#else
-    const double inner_right = input_width - 2, inner_bottom = input_height - 2;
-    const double right = input_width, bottom = input_height;
-    double base_x = k.x0, base_y = k.y0;
-    for (int v = 0; v < output_height; ++v) {
-        double nx = base_x, ny = base_y, w = base_w;
-        const ptrdiff_t ahead = prefetch_offset(base_x, base_y, base_w, column_x, column_y, column_w, bytes, row_size);
-        for (int u = 0; u < output_width; ++u, out += bytes) {
-            const double X = kParallelogram ? nx : nx / w;
-            const double Y = kParallelogram ? ny : ny / w;
-            nx += column_x;
-            ny += column_y;
-            if (!kParallelogram) w += column_w;
-            if (X >= 1.0 && X < inner_right && Y >= 1.0 && Y < inner_bottom) {
-                const int xi = static_cast<int>(X);
-                const int yi = static_cast<int>(Y);
-                const unsigned char* source =
-                    input_data + static_cast<ptrdiff_t>(yi) * row_size + static_cast<ptrdiff_t>(xi) * bytes;
-                prefetch(source, ahead, row_size);
-                sampler(source, static_cast<float>(X - xi), static_cast<float>(Y - yi), out);
-            } else {
-                const bool inside = X >= 0.0 && X < right && Y >= 0.0 && Y < bottom;
-                border_or_fill(inside, inside ? static_cast<int>(X) : 0, inside ? static_cast<int>(Y) : 0, out);
-            }
-        }
-        base_x += row_x;
-        base_y += row_y;
-        base_w += row_w;
-    }
-#endif
 }
 
 void ProjectiveCorrection::calculate_filling_pixel() {
@@ -338,7 +397,7 @@ void ProjectiveCorrection::find_above_median_color(int count, const unsigned cha
     std::vector<int> brightness(static_cast<size_t>(count));
     for (int i = 0; i < count; ++i) {
         const unsigned char* p = pixels + 3 * i;
-        brightness[static_cast<size_t>(i)] = (299 * p[0] + 587 * p[1] + 114 * p[2]) / 1000;
+        brightness[static_cast<size_t>(i)] = constants::luminance(p[0], p[1], p[2]);
     }
     std::vector<int> order(static_cast<size_t>(count));
     std::iota(order.begin(), order.end(), 0);

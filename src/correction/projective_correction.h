@@ -88,11 +88,6 @@ public:
     const unsigned char* get_filling_pixel() const { return filling_pixel; }
 
 private:
-    template <int kBytes, bool kParallelogram>
-    void warp_rows(const unsigned char* input, unsigned char* output, int input_width, int input_height,
-                   int output_width, int output_height, const ProjectiveWarpCoefficients& k, int bytes_per_pixel,
-                   int row_size, const Sampling::Sampler& sampler);
-
     std::vector<Geocoordinate<float>> control_points;
     int filling_mode;
     unsigned char filling_pixel[4];

@@ -3,7 +3,7 @@
 #ifndef MORVANE_EDGELINES_BOUNDING_LINE_ANCHOR_CORNER_CALCULATOR_H
 #define MORVANE_EDGELINES_BOUNDING_LINE_ANCHOR_CORNER_CALCULATOR_H
 
-#include "registration/bounding_line.h"
+#include "edgelines/bounding_line.h"
 #include "textgeometry/geocoordinate.h"
 #include "textgeometry/geoline_base.h"
 

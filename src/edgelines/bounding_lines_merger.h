@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "registration/bounding_line.h"
+#include "edgelines/bounding_line.h"
 
 namespace geometric {
 

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-#include "registration/bounding_line.h"
+#include "edgelines/bounding_line.h"
 #include "textgeometry/geocoordinate.h"
 
 namespace geometric {

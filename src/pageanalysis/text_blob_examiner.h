@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "pageanalysis/text_blob.h"
+#include "components/text_blob.h"
 #include "textgeometry/geocoordinate.h"
 #include "textgeometry/geoline_base_points.h"
 

@@ -8,7 +8,7 @@
 #include <list>
 #include <vector>
 
-#include "pageanalysis/text_blob.h"
+#include "components/text_blob.h"
 #include "textgeometry/geobox.h"
 #include "textgeometry/geocoordinate.h"
 #include "textgeometry/geoline_base_points.h"

@@ -5,13 +5,14 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
+
+#include "common/scratch_buffer.h"
 
 namespace geometric {
 
@@ -167,16 +168,6 @@ void leave_empty(common::BasicImage& output) {
     output.swap(empty);
 }
 
-// A malloc'd buffer that goes back to free at the end of the scope.
-template <typename T>
-struct ScratchBuffer {
-    explicit ScratchBuffer(size_t count) : data(static_cast<T*>(std::malloc(count * sizeof(T) + 1))) {}
-    ~ScratchBuffer() { std::free(data); }
-    ScratchBuffer(const ScratchBuffer&) = delete;
-    ScratchBuffer& operator=(const ScratchBuffer&) = delete;
-    T* data;
-};
-
 }  // namespace
 
 // Ring of window_y + 1 lines of the summed-area table, counted from the
@@ -194,16 +185,16 @@ int AverageFiltering::perform_averaging(const unsigned char* padded, int padded_
     const int span = columns + window_x - 1;
     const size_t table_row = static_cast<size_t>(span) + 1;
     const int ring = window_y + 1;
-    ScratchBuffer<uint32_t> table(table_row * ring);
-    if (table.data == nullptr) return -1;
+    common::ScratchBuffer<uint32_t> table(table_row * ring);
+    if (table.empty()) return -1;
     const TruncatingMean mean(static_cast<uint32_t>(window_x) * static_cast<uint32_t>(window_y));
 
-    std::memset(table.data, 0, table_row * sizeof(uint32_t));
+    std::memset(table.get(), 0, table_row * sizeof(uint32_t));
     const unsigned char* first = padded + static_cast<ptrdiff_t>(skip_y) * padded_width + skip_x;
     for (int line = 0; line < lines + window_y - 1; ++line) {
         // Table line line + 1 from table line line and the running sum of block line `line`.
-        const uint32_t* above = table.data + static_cast<size_t>(line % ring) * table_row;
-        uint32_t* below = table.data + static_cast<size_t>((line + 1) % ring) * table_row;
+        const uint32_t* above = table.get() + static_cast<size_t>(line % ring) * table_row;
+        uint32_t* below = table.get() + static_cast<size_t>((line + 1) % ring) * table_row;
         const unsigned char* source = first + static_cast<ptrdiff_t>(line) * padded_width;
         uint32_t running = 0;
         below[0] = 0;
@@ -213,7 +204,7 @@ int AverageFiltering::perform_averaging(const unsigned char* padded, int padded_
         }
         const int t = line + 1 - window_y;
         if (t < 0) continue;
-        const uint32_t* top = table.data + static_cast<size_t>(t % ring) * table_row;
+        const uint32_t* top = table.get() + static_cast<size_t>(t % ring) * table_row;
         unsigned char* out = target + static_cast<ptrdiff_t>(t) * target_row;
         int c = 0;
 #if defined(__SSE2__)
@@ -280,35 +271,35 @@ void AverageFiltering::use_native(const common::Image& input, common::BasicImage
     unsigned char* out = result.get_data();
     const size_t across = static_cast<size_t>(padded_width) * (std::max(pad_y, bottom_lines) + window_y - 1);
     const size_t down = static_cast<size_t>(height) * (std::max(pad_x, right_columns) + window_x - 1);
-    ScratchBuffer<unsigned char> strip(std::max(across, down));
-    if (strip.data == nullptr) return leave_empty(output);
+    common::ScratchBuffer<unsigned char> strip(std::max(across, down));
+    if (strip.empty()) return leave_empty(output);
 
     int failed = perform_averaging(rows_of(input)(0), width, height, out + static_cast<ptrdiff_t>(pad_y) * width + pad_x,
                                    width, inner_lines, window_x, window_y, 0, 0);
     if (pad_y > 0 && failed == 0) {
         const int lines = pad_y + window_y - 1;
-        mirror_block(input, pad_x, pad_y, 0, 0, padded_width, lines, strip.data);
-        failed = perform_averaging(strip.data, padded_width, lines, out, width, pad_y, window_x, window_y, 0, 0);
+        mirror_block(input, pad_x, pad_y, 0, 0, padded_width, lines, strip.get());
+        failed = perform_averaging(strip.get(), padded_width, lines, out, width, pad_y, window_x, window_y, 0, 0);
     }
     if (bottom_lines > 0 && failed == 0) {
         const int first = height - bottom_lines;
         const int lines = bottom_lines + window_y - 1;
-        mirror_block(input, pad_x, pad_y, 0, first, padded_width, lines, strip.data);
-        failed = perform_averaging(strip.data, padded_width, lines, out + static_cast<ptrdiff_t>(first) * width, width,
+        mirror_block(input, pad_x, pad_y, 0, first, padded_width, lines, strip.get());
+        failed = perform_averaging(strip.get(), padded_width, lines, out + static_cast<ptrdiff_t>(first) * width, width,
                                    bottom_lines, window_x, window_y, 0, 0);
     }
     // Side strips: padded lines pad_y..pad_y+height-1, the image's own lines.
     unsigned char* inner_out = out + static_cast<ptrdiff_t>(pad_y) * width;
     if (pad_x > 0 && failed == 0) {
         const int columns = pad_x + window_x - 1;
-        mirror_block(input, pad_x, pad_y, 0, pad_y, columns, height, strip.data);
-        failed = perform_averaging(strip.data, columns, height, inner_out, width, inner_lines, window_x, window_y, 0, 0);
+        mirror_block(input, pad_x, pad_y, 0, pad_y, columns, height, strip.get());
+        failed = perform_averaging(strip.get(), columns, height, inner_out, width, inner_lines, window_x, window_y, 0, 0);
     }
     if (right_columns > 0 && failed == 0) {
         const int first = width - right_columns;
         const int columns = right_columns + window_x - 1;
-        mirror_block(input, pad_x, pad_y, first, pad_y, columns, height, strip.data);
-        failed = perform_averaging(strip.data, columns, height, inner_out + first, width, inner_lines, window_x,
+        mirror_block(input, pad_x, pad_y, first, pad_y, columns, height, strip.get());
+        failed = perform_averaging(strip.get(), columns, height, inner_out + first, width, inner_lines, window_x,
                                    window_y, 0, 0);
     }
     if (failed != 0) return leave_empty(output);
@@ -334,24 +325,24 @@ void AverageFiltering::use_opencv_algorithm(const common::Image& input, common::
     if (!allocate_gray(padded, padded_height, padded_width)) return leave_empty(output);
     mirror_block(input, pad_x, pad_y, 0, 0, padded_width, padded_height, padded.get_data());
     const int span = width + window_x - 1;
-    ScratchBuffer<const unsigned char*> line(static_cast<size_t>(padded_height));
-    ScratchBuffer<uint32_t> sums(static_cast<size_t>(span));
-    ScratchBuffer<uint32_t> window(static_cast<size_t>(width));
-    if (line.data == nullptr || sums.data == nullptr || window.data == nullptr) return leave_empty(output);
-    for (int q = 0; q < padded_height; ++q) line.data[q] = padded.get_data() + static_cast<ptrdiff_t>(q) * padded_width;
+    common::ScratchBuffer<const unsigned char*> line(static_cast<size_t>(padded_height));
+    common::ScratchBuffer<uint32_t> sums(static_cast<size_t>(span));
+    common::ScratchBuffer<uint32_t> window(static_cast<size_t>(width));
+    if (line.empty() || sums.empty() || window.empty()) return leave_empty(output);
+    for (int q = 0; q < padded_height; ++q) line[q] = padded.get_data() + static_cast<ptrdiff_t>(q) * padded_width;
 
     const RoundingMean mean(static_cast<uint32_t>(window_x) * static_cast<uint32_t>(window_y));
-    std::memset(sums.data, 0, static_cast<size_t>(span) * sizeof(uint32_t));
-    for (int q = 0; q < window_y; ++q) slide_column_sums(sums.data, line.data[q], nullptr, span);
+    std::memset(sums.get(), 0, static_cast<size_t>(span) * sizeof(uint32_t));
+    for (int q = 0; q < window_y; ++q) slide_column_sums(sums.get(), line[q], nullptr, span);
     for (int y = 0; y < height; ++y) {
-        if (y > 0) slide_column_sums(sums.data, line.data[y + window_y - 1], line.data[y - 1], span);
+        if (y > 0) slide_column_sums(sums.get(), line[y + window_y - 1], line[y - 1], span);
         unsigned char* out = result.get_data() + static_cast<ptrdiff_t>(y) * width;
         uint32_t sum = 0;
-        for (int j = 0; j < window_x - 1; ++j) sum += sums.data[j];
+        for (int j = 0; j < window_x - 1; ++j) sum += sums[j];
         for (int x = 0; x < width; ++x) {
-            sum += sums.data[x + window_x - 1];
-            window.data[x] = sum;
-            sum -= sums.data[x];
+            sum += sums[x + window_x - 1];
+            window[x] = sum;
+            sum -= sums[x];
         }
         int x = 0;
 #if defined(__SSE2__)
@@ -359,13 +350,13 @@ void AverageFiltering::use_opencv_algorithm(const common::Image& input, common::
         for (; x + 16 <= width; x += 16) {
             __m128i q[4];
             for (int k = 0; k < 4; ++k) {
-                const __m128i s = _mm_loadu_si128(reinterpret_cast<const __m128i*>(window.data + x + 4 * k));
+                const __m128i s = _mm_loadu_si128(reinterpret_cast<const __m128i*>(window.get() + x + 4 * k));
                 q[k] = mean.divide.divide4(_mm_add_epi32(area, _mm_add_epi32(s, s)));
             }
             _mm_storeu_si128(reinterpret_cast<__m128i*>(out + x), pack_quotients(q[0], q[1], q[2], q[3]));
         }
 #endif
-        for (; x < width; ++x) out[x] = mean(window.data[x]);
+        for (; x < width; ++x) out[x] = mean(window[x]);
     }
     output.swap(result);
 }

@@ -6,13 +6,14 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
+
+#include "common/scratch_buffer.h"
 
 namespace geometric {
 
@@ -45,7 +46,8 @@ const SquareRootTable& square_roots() {
 }
 
 // (smaller << 16) / larger for every pair of gradient components, indexed
-// [smaller][larger]: the interpolation ratio of step 4 without a division.
+// [smaller][larger]: the interpolation ratio of the non-maximum suppression
+// without a division.
 struct RatioTable {
     typedef int32_t Row[129];
     Row ratio[129];
@@ -61,11 +63,11 @@ const RatioTable& ratios() {
     return table;
 }
 
-// Step 2, one line: scaled Sobel sums, the missing line or column outside
-// the image repeating the nearest one. The vertical parts, column_sum
-// (1, 2, 1 down the column) and column_difference (below - above), are
-// kept with the end columns repeated, so that the horizontal parts need no
-// test at the ends. Sums stay within 16 bits (|sum| <= 1020).
+// The gradients of one line: scaled Sobel sums, the missing line or column
+// outside the image repeating the nearest one. The vertical parts,
+// column_sum (1, 2, 1 down the column) and column_difference (below -
+// above), are kept with the end columns repeated, so that the horizontal
+// parts need no test at the ends. Sums stay within 16 bits (|sum| <= 1020).
 void gradient_line(const unsigned char* above, const unsigned char* centre, const unsigned char* below, int width,
                    int16_t* column_sum, int16_t* column_difference, signed char* gx, signed char* gy) {
     int16_t* sum = column_sum + 1;
@@ -126,7 +128,7 @@ void gradient_line(const unsigned char* above, const unsigned char* centre, cons
     }
 }
 
-// Steps 2 and 3, line by line.
+// The gradients and their magnitudes, line by line.
 void compute_gradients(const common::Image& gray, int width, int height, int16_t* line_buffer, signed char* dx,
                        signed char* dy, unsigned char* magnitude) {
     const unsigned char* root = square_roots().root;
@@ -144,14 +146,14 @@ void compute_gradients(const common::Image& gray, int width, int height, int16_t
     }
 }
 
-// Step 4. A candidate (magnitude >= low) off the frame is marked 128 when its
-// magnitude, in 16.16 fixed point, is above the magnitude interpolated one
-// step ahead along its gradient and not below the one a step behind. The
-// axis neighbour and the diagonal neighbour on the gradient's side are
-// mixed by the ratio r = (smaller component << 16) / larger component,
-// truncated. The strict test ahead and the lax one behind keep one pixel of
-// a step edge, the one on the side the gradient points to. A pixel without
-// gradient is no maximum.
+// Non-maximum suppression. A candidate (magnitude >= low) off the frame is
+// marked 128 when its magnitude, in 16.16 fixed point, is above the
+// magnitude interpolated one step ahead along its gradient and not below the
+// one a step behind. The axis neighbour and the diagonal neighbour on the
+// gradient's side are mixed by the ratio r = (smaller component << 16) /
+// larger component, truncated. The strict test ahead and the lax one behind
+// keep one pixel of a step edge, the one on the side the gradient points to.
+// A pixel without gradient is no maximum.
 // Is pixel i, a candidate off the frame, a maximum across its edge?
 inline bool is_maximum(const signed char* dx, const signed char* dy, const unsigned char* magnitude,
                        const RatioTable::Row* ratio, ptrdiff_t i, int width) {
@@ -216,7 +218,7 @@ inline unsigned followable_neighbours(const unsigned char* marks, const unsigned
     return bits;
 }
 
-// Step 5 from its seeds on: marks hold only 0 and 128, the frame is 0.
+// The hysteresis follow from its seeds on: marks hold only 0 and 128, the frame is 0.
 // The follow is a depth-first walk: each frame holds a pixel and the
 // neighbours still to look at, in order, exactly as nested calls would. A
 // follow only ever turns 128 into 255, so a neighbour that cannot be
@@ -261,7 +263,7 @@ void follow_from_seeds(unsigned char* marks, const unsigned char* magnitude, int
     }
 }
 
-// Step 6: every 128 left becomes 0.
+// After the follow, every 128 left becomes 0.
 void clear_candidates(unsigned char* marks, size_t count) {
     size_t i = 0;
 #if defined(__SSE2__)
@@ -274,6 +276,12 @@ void clear_candidates(unsigned char* marks, size_t count) {
 #endif
     for (; i < count; ++i)
         if (marks[i] == kCandidate) marks[i] = 0;
+}
+
+// The output of a run without memory: no buffer.
+void leave_empty(common::BasicImage& output) {
+    common::BasicImage empty;
+    output.swap(empty);
 }
 
 }  // namespace
@@ -311,37 +319,32 @@ void CannyEdgeDetector::perform_edge_detect(int low, int high, const common::Ima
     const int width = gray.get_width();
     const int height = gray.get_height();
     const size_t count = static_cast<size_t>(width) * static_cast<size_t>(height);
+    // Without memory for the marks or the work the output is left empty.
     common::BasicImage result;
-    unsigned char* work = nullptr;
     try {
         common::BasicImage fresh(height, width, common::GRAY);
         result.swap(fresh);
-        if (count > 0) {
-            work = static_cast<unsigned char*>(std::malloc(3 * count + 4 * (static_cast<size_t>(width) + 2)));
-            if (work == nullptr) throw std::string();
-        }
     } catch (const std::string&) {
-        common::BasicImage empty;
-        output.swap(empty);
-        return;
+        return leave_empty(output);
     }
-    if (count > 0) {
-        // Two lines of 16-bit column sums first, where they are aligned, then dx, dy and magnitudes.
-        int16_t* line_buffer = reinterpret_cast<int16_t*>(work);
-        signed char* dx = reinterpret_cast<signed char*>(work + 4 * (static_cast<size_t>(width) + 2));
-        signed char* dy = dx + count;
-        unsigned char* magnitude = reinterpret_cast<unsigned char*>(dy + count);
-        unsigned char* marks = result.get_data();
-        // Step 1 fills the marks with 255 and step 5 turns every mark but 128
-        // into 0: starting from 0 gives the same bytes, and then the frame,
-        // never marked, is already 0.
-        std::memset(marks, 0, count);
-        compute_gradients(gray, width, height, line_buffer, dx, dy, magnitude);
-        suppress_non_maxima(dx, dy, magnitude, marks, width, height, low);
-        follow_from_seeds(marks, magnitude, width, height, low, high);
-        clear_candidates(marks, count);
-        std::free(work);
-    }
+    if (count == 0) return output.swap(result);
+    // Two lines of 16-bit column sums first, where they are aligned, then dx, dy and magnitudes.
+    const size_t line_bytes = 4 * (static_cast<size_t>(width) + 2);
+    const common::ScratchBuffer<unsigned char> work(line_bytes + 3 * count);
+    if (work.empty()) return leave_empty(output);
+    int16_t* line_buffer = reinterpret_cast<int16_t*>(work.get());
+    signed char* dx = reinterpret_cast<signed char*>(work.get() + line_bytes);
+    signed char* dy = dx + count;
+    unsigned char* magnitude = reinterpret_cast<unsigned char*>(dy + count);
+    unsigned char* marks = result.get_data();
+    // The marks start at 0 rather than 255: the hysteresis turns every mark
+    // but 128 into 0 in the end, so the bytes are the same, and the frame,
+    // never marked, is already 0.
+    std::memset(marks, 0, count);
+    compute_gradients(gray, width, height, line_buffer, dx, dy, magnitude);
+    suppress_non_maxima(dx, dy, magnitude, marks, width, height, low);
+    follow_from_seeds(marks, magnitude, width, height, low, high);
+    clear_candidates(marks, count);
     output.swap(result);
 }
 

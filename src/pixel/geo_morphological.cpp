@@ -6,8 +6,8 @@
 #include <cstring>
 #include <vector>
 
-#include "components/runs_in_line.h"
 #include "pixel/bit_row_spread.h"
+#include "pixel/runs_in_line.h"
 
 namespace geometric {
 

@@ -9,9 +9,9 @@
 
 #include "binarization/sauvola_binarization.h"
 #include "common/image_c_api_transformer.h"
+#include "cornersearch/corner_examiner.h"
 #include "correction/projective_correction.h"
 #include "pixel/image_integer_down_sampling.h"
-#include "registration/corner_examiner.h"
 #include "registration/line_registration.h"
 #include "registration/pending_search_registration.h"
 
@@ -39,17 +39,15 @@ bool area_resolution(const common::Image& /*image*/, int& /*dots_per_inch*/) { r
 
 }  // namespace
 
-HybridRegistration::HybridRegistration()
-    : binarization_method(0), binarization_k(0.1f), binarization_window(35), downsampling_rate(1),
-      downsampled_image(nullptr), input_image(new common::BasicImage()), corners_were_reset(false),
-      owns_input_image(true), edge_registration(nullptr), feature_registration(nullptr),
-      hybrid_method(HYBRID_EDGES_AND_FEATURES), filling_color(nullptr) {}
+HybridRegistration::HybridRegistration() : HybridRegistration(new common::BasicImage(), true) {}
 
-HybridRegistration::HybridRegistration(common::BasicImage* input)
-    : binarization_method(0), binarization_k(0.1f), binarization_window(35), downsampling_rate(1),
-      downsampled_image(nullptr), input_image(input), corners_were_reset(false), owns_input_image(false),
-      edge_registration(nullptr), feature_registration(nullptr), hybrid_method(HYBRID_EDGES_AND_FEATURES),
-      filling_color(nullptr) {}
+HybridRegistration::HybridRegistration(common::BasicImage* input) : HybridRegistration(input, false) {}
+
+HybridRegistration::HybridRegistration(common::BasicImage* input, bool owns_input)
+    : binarization_method(0), binarization_k(MORVANE_DEFAULT_BINARIZATION_K),
+      binarization_window(MORVANE_DEFAULT_BINARIZATION_WINDOW), downsampling_rate(1), downsampled_image(nullptr),
+      input_image(input), corners_were_reset(false), owns_input_image(owns_input), edge_registration(nullptr),
+      feature_registration(nullptr), hybrid_method(HYBRID_EDGES_AND_FEATURES), filling_color(nullptr) {}
 
 HybridRegistration::~HybridRegistration() {
     if (owns_input_image) delete input_image;

@@ -9,10 +9,10 @@
 #include "common/basic_image.h"
 #include "morvane/morvane.h"
 #include "registration/projective_registration.h"
-#include "registration/projective_registration_para.h"
 #include "registration/registration_output_type.h"
-#include "registration/vanishing_point_output.h"
 #include "textgeometry/geocoordinate.h"
+#include "vanishing/projective_registration_para.h"
+#include "vanishing/vanishing_point_output.h"
 
 namespace hybrid {
 
@@ -163,6 +163,8 @@ public:
     std::vector<geometric::Geocoordinate<float>> corners;
 
 private:
+    // What both public constructors do: every field at its default, the input owned or not.
+    HybridRegistration(common::BasicImage* input, bool owns_input);
     void create_edge_registration();
     void create_feature_registration();
     // Working image of the input: deep copy turned gray, then down-sampled.

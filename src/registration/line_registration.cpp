@@ -42,21 +42,21 @@ void LineRegistration::clean_border_sides(BoundingLineArrayWrapper& wrapper) {
 }
 
 geometric::RegistrationOutputType LineRegistration::run_registration() {
-    // 1. The search.
+    // The staged search, on the image as it is.
     OperationalBoundingEdgeRegistration search(method);
     corners.clear();
     const int r = search.run_projective_registration_without_pre_post_processing(*image, corners);
     const geometric::RegistrationOutputType result = static_cast<geometric::RegistrationOutputType>(r);
-    // 2.
+    // The output size of the corners found.
     if (r == 1) geometric::ProjectiveCorrection::calculate_output_dimension(corners, output_width, output_height);
-    // 3.
+    // Everything else comes from the search's last wrapper.
     wrapper = search.previous_wrapper;
     if (!wrapper) return result;
-    // 4. A side that hugs the image border is no page edge.
+    // A side that hugs the image border is no page edge.
     clean_border_sides(*wrapper);
-    // 5.
+    // Where opposite sides meet.
     wrapper->obtain_vanishing_points(vanishing_points);
-    // 6. The sides as bounding lines, in the wrapper's order.
+    // The sides as bounding lines, in the wrapper's order.
     bounding_lines.clear();
     bounding_line_property = geometric::BoundingLineProperty();
     int* indices[4] = {&bounding_line_property.left_index, &bounding_line_property.top_index,
@@ -70,17 +70,17 @@ geometric::RegistrationOutputType LineRegistration::run_registration() {
     geometric::BoundingLineProperty& property = bounding_line_property;
     const bool has_top = property.top_index >= 0, has_bottom = property.bottom_index >= 0;
     const bool has_left = property.left_index >= 0, has_right = property.right_index >= 0;
-    // 7.
+    // The distances between opposite sides, where both exist.
     if (has_top && has_bottom)
         property.horizontal_intercept_disparity = wrapper->boundary_pair_distance(geometric::HORIZONTAL_DIRECTION);
     if (has_left && has_right)
         property.vertical_intercept_disparity = wrapper->boundary_pair_distance(geometric::VERTICAL_DIRECTION);
-    // 8.
+    // Each direction's lines: top before bottom, left before right.
     if (has_top) property.horizontal_lines.push_back(property.top_index);
     if (has_bottom) property.horizontal_lines.push_back(property.bottom_index);
     if (has_left) property.vertical_lines.push_back(property.left_index);
     if (has_right) property.vertical_lines.push_back(property.right_index);
-    // 9.
+    // The angles between opposite sides.
     if (has_top && has_bottom)
         property.horizontal_angle_disparity = wrapper->boundary_pair_angle_disparity(geometric::HORIZONTAL_DIRECTION);
     if (has_left && has_right)

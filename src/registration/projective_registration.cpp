@@ -4,13 +4,13 @@
 
 #include <cmath>
 
+#include "cornersearch/corner_examiner.h"
 #include "correction/projective_correction.h"
 #include "edgelines/bounding_lines_operator.h"
-#include "registration/corner_calculator_parallel.h"
-#include "registration/corner_calculator_parallel_mixed_projective.h"
-#include "registration/corner_calculator_projective.h"
-#include "registration/corner_examiner.h"
 #include "textgeometry/direction.h"
+#include "vanishing/corner_calculator_parallel.h"
+#include "vanishing/corner_calculator_parallel_mixed_projective.h"
+#include "vanishing/corner_calculator_projective.h"
 
 namespace geometric {
 

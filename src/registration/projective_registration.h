@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "common/image.h"
-#include "registration/bounding_line.h"
-#include "registration/projective_registration_para.h"
+#include "edgelines/bounding_line.h"
 #include "registration/registration.h"
 #include "registration/registration_output_type.h"
-#include "registration/vanishing_point_output.h"
 #include "textgeometry/geocoordinate.h"
+#include "vanishing/projective_registration_para.h"
+#include "vanishing/vanishing_point_output.h"
 
 namespace geometric {
 

@@ -100,7 +100,7 @@ GeolineAdaptiveLeastSquare& GeolineAdaptiveLeastSquare::use_pt_line_dis_iterativ
     const std::vector<Geocoordinate<T>>& points, bool normalize, double angle_tolerance) {
     if (points.empty()) return *this;
 
-    // 1. The plain fit and its angle.
+    // The plain fit and its angle.
     GeolineLeastSquare plain;
     plain.fit(points);
     a = plain.a;
@@ -112,14 +112,14 @@ GeolineAdaptiveLeastSquare& GeolineAdaptiveLeastSquare::use_pt_line_dis_iterativ
         if (angle < 0.0) angle += 180.0;
     }
 
-    // 2. Distances, 3. scale.
+    // The points' distances to it, and the scale of their weights.
     std::vector<double> d(points.size());
     distances_to(*this, points, d);
     const double s = normalize ? weight_scale(d) : 1.0;
 
     std::vector<double> w(points.size());
     for (int pass = 0; pass < kMaximumPasses; ++pass) {
-        // 4.1-4.2 Weights, normalised to sum 1 (all zero: not-a-number).
+        // Weights, normalised to sum 1 (all zero: not-a-number).
         double sum = 0.0;
         for (std::size_t i = 0; i < points.size(); ++i) {
             const double t = -d[i] * s;
@@ -128,7 +128,7 @@ GeolineAdaptiveLeastSquare& GeolineAdaptiveLeastSquare::use_pt_line_dis_iterativ
         }
         for (double& v : w) v /= sum;
 
-        // 4.3-4.4 Weighted fit; the double epsilon here, unlike the plain fit.
+        // The weighted fit; the double epsilon here, unlike the plain fit.
         const WeightedMoments m = weighted_moments(points, w);
         const double var = m.mxx - m.mx * m.mx;
         if (std::fabs(var) <= constants::kDoubleEpsilon) {
@@ -141,7 +141,7 @@ GeolineAdaptiveLeastSquare& GeolineAdaptiveLeastSquare::use_pt_line_dis_iterativ
             c = m.my - m.mx * a;
         }
 
-        // 4.5-4.6 Settled, or next pass with the same scale.
+        // Settled once the angle holds still; else the next pass, with the same scale.
         const double new_angle = line_angle();
         if (std::fabs(angle - new_angle) < angle_tolerance) break;
         distances_to(*this, points, d);

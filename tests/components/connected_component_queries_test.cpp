@@ -10,7 +10,7 @@
 
 #include "common/basic_image.h"
 #include "components/connected_component_calculator.h"
-#include "pageanalysis/text_blob.h"
+#include "components/text_blob.h"
 #include "binary_test_image.h"
 
 using test_support::binary_from_text;

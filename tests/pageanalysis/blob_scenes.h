@@ -9,7 +9,7 @@
 
 #include "common/basic_image.h"
 #include "components/connected_component_calculator.h"
-#include "pageanalysis/text_blob.h"
+#include "components/text_blob.h"
 
 namespace test_support {
 

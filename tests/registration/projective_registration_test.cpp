@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "common/basic_image.h"
-#include "registration/corner_calculator_parallel.h"
-#include "registration/corner_calculator_parallel_mixed_projective.h"
-#include "registration/corner_calculator_projective.h"
+#include "vanishing/corner_calculator_parallel.h"
+#include "vanishing/corner_calculator_parallel_mixed_projective.h"
+#include "vanishing/corner_calculator_projective.h"
 #include "registration/projective_registration.h"
 
 using namespace geometric;

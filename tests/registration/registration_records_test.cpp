@@ -3,9 +3,9 @@
 
 #include <cstddef>
 
-#include "registration/bounding_line.h"
+#include "edgelines/bounding_line.h"
 #include "registration/registration_output_type.h"
-#include "registration/vanishing_point_output.h"
+#include "vanishing/vanishing_point_output.h"
 
 using namespace geometric;
 
