@@ -1,0 +1,98 @@
+// Text told from pictures on pages built in code: body glyphs are text; bold
+// stems, a photo and glyphs hardly darker than the paper are not.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <list>
+
+#include "components/connected_component_calculator.h"
+#include "pageanalysis/connected_compnent_classifier.h"
+#include "pageanalysis/text_pages.h"
+#include "pageanalysis/text_picture_seperator.h"
+#include "pixel/geo_morphological.h"
+
+namespace {
+
+using geometric::Geobox;
+using geometric::TextBlob;
+using test_support::TextPage;
+using test_support::TextPageSpec;
+
+// How many of the boxes a blob matches, side by side within `slack` pixels.
+int found(const std::vector<Geobox<int>>& boxes, const std::list<TextBlob>& blobs, int slack) {
+    int count = 0;
+    for (const Geobox<int>& box : boxes)
+        for (const TextBlob& blob : blobs)
+            if (std::abs(box.left - blob.box.left) <= slack && std::abs(box.right - blob.box.right) <= slack &&
+                std::abs(box.top - blob.box.top) <= slack && std::abs(box.bottom - blob.box.bottom) <= slack) {
+                ++count;
+                break;
+            }
+    return count;
+}
+
+TEST(TextPictureSeparation, BodyGlyphsAreTextThickStemsAndThePhotoArePicture) {
+    // Stems of 16 pixels vanish under the erosion by 8 from either side; 17 leave a core.
+    for (const int stem : {16, 17}) {
+        SCOPED_TRACE(stem);
+        TextPageSpec spec;
+        spec.width = 700;
+        spec.height = 560;
+        spec.right = 660;
+        spec.lines = 6;
+        spec.headline_height = 60;
+        spec.headline_stem = stem;
+        spec.photo = Geobox<int>{640, 500, 420, 250};
+        const TextPage page = test_support::make_text_page(spec);
+
+        geometric::TextPictureSeperator seperator;
+        std::list<TextBlob> blobs;
+        ASSERT_TRUE(seperator.perform_text_picture_seperation(page.gray, blobs));
+        // Sauvola's smoothing lets a sharp glyph grow by a row or two at its foot.
+        const int headline_text = stem == 16 ? static_cast<int>(page.headline_boxes.size()) : 0;
+        EXPECT_EQ(found(page.glyph_boxes, blobs, 2), static_cast<int>(page.glyph_boxes.size()));
+        EXPECT_EQ(found(page.headline_boxes, blobs, 2), headline_text);
+        // Nothing of the photo.
+        EXPECT_EQ(blobs.size(), page.glyph_boxes.size() + headline_text);
+    }
+}
+
+TEST(TextPictureSeparation, OnlyGrayPagesAreSeparated) {
+    const TextPage page = test_support::make_text_page(TextPageSpec());
+    geometric::TextPictureSeperator seperator;
+    std::list<TextBlob> blobs;
+    EXPECT_FALSE(seperator.perform_text_picture_seperation(page.ink, blobs));
+    EXPECT_TRUE(blobs.empty());
+}
+
+// The ground disparity on the exact ink of a page whose glyphs are `ink` on
+// paper of 220: the ring around each glyph sees paper only, so the disparity
+// is 220 - ink, and below 30 the glyph is picture.
+TEST(TextPictureSeparation, GlyphsHardlyDarkerThanThePaperArePicture) {
+    struct Case {
+        int ink;
+        bool text;
+    };
+    for (const Case c : {Case{40, true}, Case{190, true}, Case{191, false}}) {
+        SCOPED_TRACE(c.ink);
+        TextPageSpec spec;
+        spec.width = 300;
+        spec.height = 120;
+        spec.right = 260;
+        spec.lines = 1;
+        spec.ink = static_cast<unsigned char>(c.ink);
+        const TextPage page = test_support::make_text_page(spec);
+        common::BasicImage dilated(page.ink.get_height(), page.ink.get_width(), common::BINARY);
+        geometric::GeoMorphological::dilate_xy(page.ink, dilated);
+        const common::BasicImage nothing_thick(page.ink.get_height(), page.ink.get_width(), common::BINARY);
+        geometric::ConnectedComponentCalculator calculator;
+        calculator.formulate_connected_components(page.ink);
+
+        std::list<TextBlob> blobs;
+        const geometric::ConnectedCompnentClassifier classifier{geometric::TextPictureSeperatorPara()};
+        classifier.identify_text_connected_components(&calculator, nothing_thick, dilated, page.ink, page.gray, blobs);
+        EXPECT_EQ(blobs.size(), c.text ? page.glyph_boxes.size() : 0u);
+    }
+}
+
+}  // namespace
