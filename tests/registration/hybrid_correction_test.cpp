@@ -8,6 +8,7 @@
 
 #include "common/basic_image.h"
 #include "correction/projective_correction.h"
+#include "pageanalysis/text_pages.h"
 #include "registration/hybrid_registration.h"
 
 using common::BasicImage;
@@ -179,16 +180,47 @@ TEST(HybridCorrection, WorkingImageVariantsWaitForARun) {
     EXPECT_NEAR(static_cast<int>(output.get_pixel(250, 700)), 120, 1);
 }
 
-TEST(HybridResolution, FallsBackToThreeHundredWithoutPageAnalysis) {
-    BasicImage image = gray_image(40, 60, 200);
-    HybridRegistration driver(&image);
+// Pages of body text 44 rows high. An image alone is analysed as it is: a
+// gray page, and the luminance of an RGB one, by text-picture separation
+// (whose smoothing adds up to two rows at a glyph's foot); a 1-bit page by
+// dilation and area, whose blobs are two rows taller at each end. The bound
+// input is analysed on the working image, here half as high, and the
+// answer doubled. Too little text gives 300, as before any run.
+TEST(HybridResolution, EstimatesFromTheCharacterSize) {
+    test_support::TextPageSpec spec;
+    spec.width = 1000;
+    spec.height = 1600;
+    spec.body_height = 44;
+    spec.glyph_width = 28;
+    spec.stroke = 6;
+    spec.glyph_gap = 10;
+    spec.line_pitch = 88;
+    spec.lines = 12;
+    const test_support::TextPage page = test_support::make_text_page(spec);
+    BasicImage rgb(page.gray.get_height(), page.gray.get_width(), common::RGB);
+    for (int i = 0; i < page.gray.get_data_size(); ++i)
+        std::memset(rgb.get_data() + 3 * i, page.gray.get_data()[i], 3);
+    const auto dots = [](int rows) { return static_cast<int>(300.0f * (static_cast<float>(rows) / 22.0f)); };
+
+    BasicImage input(page.gray);
+    HybridRegistration driver(&input);
     EXPECT_EQ(driver.estimate_spatial_resolution(), 300);
+    const int gray = driver.estimate_spatial_resolution(input);
+    EXPECT_GE(gray, dots(44));
+    EXPECT_LE(gray, dots(46));
+    EXPECT_EQ(driver.estimate_spatial_resolution(rgb), gray);
+    BasicImage ink(page.ink);
+    EXPECT_EQ(driver.estimate_spatial_resolution(ink), dots(48));
     for (common::ImageType type : {common::GRAY, common::RGB, common::BINARY}) {
-        BasicImage other(20, 20, type);
-        EXPECT_EQ(driver.estimate_spatial_resolution(other), 300) << type;
+        BasicImage blank(20, 20, type);
+        EXPECT_EQ(driver.estimate_spatial_resolution(blank), 300) << type;
     }
+
     driver.run_program();
-    EXPECT_EQ(driver.estimate_spatial_resolution(), 300);
+    ASSERT_EQ(driver.downsampling_rate, 2);
+    const int bound = driver.estimate_spatial_resolution();
+    EXPECT_GE(bound, 2 * dots(22));
+    EXPECT_LE(bound, 2 * dots(24));
 }
 
 TEST(HybridVanishingPoints, ScaledByTheRate) {
