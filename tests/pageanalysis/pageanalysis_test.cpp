@@ -60,6 +60,8 @@ TEST(AprioriPageanalysis, ResolutionOfAPageFollowsItsBodySize) {
     }
 }
 
+// An empty page has no text, no box and resolution 0; a page of one glyph
+// too little text, but its box is the mean.
 TEST(AprioriPageanalysis, AnEmptyPageHasNoTextAndResolutionZero) {
     const TextPage page = test_support::make_text_page([] {
         TextPageSpec spec;
@@ -73,6 +75,17 @@ TEST(AprioriPageanalysis, AnEmptyPageHasNoTextAndResolutionZero) {
     EXPECT_EQ(width, 0);
     EXPECT_EQ(height, 0);
     EXPECT_EQ(analysis.obtain_spatial_resolution(), 0);
+
+    TextPageSpec one;
+    one.lines = 1;
+    one.right = one.left + one.glyph_width;
+    const TextPage single = test_support::make_text_page(one);
+    geometric::AreaPageanalysis area(&single.ink, nullptr);
+    area.dilate = false;
+    EXPECT_FALSE(area.run_page_analysis());
+    area.obtain_average_bounding_box(width, height);
+    EXPECT_EQ(width, 14);
+    EXPECT_EQ(height, 22);
 }
 
 // Without dilation the boxes are the glyphs' own, so the rule shows: the

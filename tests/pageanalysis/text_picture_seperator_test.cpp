@@ -3,9 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <list>
 
 #include "components/connected_component_calculator.h"
+#include "pageanalysis/apriori_pageanalysis.h"
+#include "pageanalysis/blob_scenes.h"
 #include "pageanalysis/connected_compnent_classifier.h"
 #include "pageanalysis/text_pages.h"
 #include "pageanalysis/text_picture_seperator.h"
@@ -59,29 +62,38 @@ TEST(TextPictureSeparation, BodyGlyphsAreTextThickStemsAndThePhotoArePicture) {
 
 TEST(TextPictureSeparation, OnlyGrayPagesAreSeparated) {
     const TextPage page = test_support::make_text_page(TextPageSpec());
-    geometric::TextPictureSeperator seperator;
-    std::list<TextBlob> blobs;
-    EXPECT_FALSE(seperator.perform_text_picture_seperation(page.ink, blobs));
-    EXPECT_TRUE(blobs.empty());
+    geometric::AprioriPageanalysis analysis(&page.ink, nullptr);
+    EXPECT_FALSE(analysis.run_page_analysis());
+    EXPECT_TRUE(analysis.filter.regular_blobs.empty());
 }
 
-// The ground disparity on the exact ink of a page whose glyphs are `ink` on
-// paper of 220: the ring around each glyph sees paper only, so the disparity
-// is 220 - ink, and below 30 the glyph is picture.
-TEST(TextPictureSeparation, GlyphsHardlyDarkerThanThePaperArePicture) {
+// The classification on the exact ink of a line of glyphs `ink` on paper of
+// 220, with a rule `rule_width` by `rule_height` beside it. The ring around
+// a glyph sees paper only, so the disparity is 220 - ink, and below 30 the
+// glyph is picture. A rule is text while its box extends fewer than 128
+// rows and columns (bottom - top, right - left) and holds 5 pixels or more.
+TEST(TextPictureSeparation, ClassifierCallsTooLargeTooSmallAndTooPaleComponentsPicture) {
     struct Case {
         int ink;
-        bool text;
+        int rule_width;
+        int rule_height;
+        int text;  // glyphs found as text, and rules, -1 for all the glyphs
     };
-    for (const Case c : {Case{40, true}, Case{190, true}, Case{191, false}}) {
-        SCOPED_TRACE(c.ink);
+    const Case cases[] = {
+        {40, 0, 0, -1},  {190, 0, 0, -1}, {191, 0, 0, 0},   {40, 3, 128, -2},
+        {40, 3, 129, -1}, {40, 128, 3, -2}, {40, 129, 3, -1}, {40, 1, 4, -1}, {40, 1, 5, -2},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.ink << " " << c.rule_width << " x " << c.rule_height);
         TextPageSpec spec;
-        spec.width = 300;
-        spec.height = 120;
-        spec.right = 260;
+        spec.width = 400;
+        spec.height = 200;
+        spec.right = 200;
         spec.lines = 1;
         spec.ink = static_cast<unsigned char>(c.ink);
-        const TextPage page = test_support::make_text_page(spec);
+        TextPage page = test_support::make_text_page(spec);
+        test_support::fill_rect(page.ink, 250, 20, c.rule_width, c.rule_height);
+        for (int y = 20; y < 20 + c.rule_height; ++y) std::memset(page.gray.get_line_pointer(y) + 250, 40, c.rule_width);
         common::BasicImage dilated(page.ink.get_height(), page.ink.get_width(), common::BINARY);
         geometric::GeoMorphological::dilate_xy(page.ink, dilated);
         const common::BasicImage nothing_thick(page.ink.get_height(), page.ink.get_width(), common::BINARY);
@@ -91,7 +103,8 @@ TEST(TextPictureSeparation, GlyphsHardlyDarkerThanThePaperArePicture) {
         std::list<TextBlob> blobs;
         const geometric::ConnectedCompnentClassifier classifier{geometric::TextPictureSeperatorPara()};
         classifier.identify_text_connected_components(&calculator, nothing_thick, dilated, page.ink, page.gray, blobs);
-        EXPECT_EQ(blobs.size(), c.text ? page.glyph_boxes.size() : 0u);
+        const int glyphs = static_cast<int>(page.glyph_boxes.size());
+        EXPECT_EQ(static_cast<int>(blobs.size()), c.text == -1 ? glyphs : c.text == -2 ? glyphs + 1 : c.text);
     }
 }
 

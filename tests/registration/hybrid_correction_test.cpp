@@ -211,7 +211,7 @@ TEST(HybridResolution, EstimatesFromTheCharacterSize) {
     EXPECT_EQ(driver.estimate_spatial_resolution(rgb), gray);
     BasicImage ink(page.ink);
     EXPECT_EQ(driver.estimate_spatial_resolution(ink), dots(48));
-    for (common::ImageType type : {common::GRAY, common::RGB, common::BINARY}) {
+    for (common::ImageType type : {common::GRAY, common::RGB, common::BINARY, common::BGRA}) {
         BasicImage blank(20, 20, type);
         EXPECT_EQ(driver.estimate_spatial_resolution(blank), 300) << type;
     }
