@@ -82,7 +82,55 @@ public:
     Result nested;
 };
 
+// Records each sample it is asked to estimate, as indices of the data.
+class RecordingEstimator : public GeneralLineParamEstimator<double> {
+public:
+    explicit RecordingEstimator(const std::vector<Point>& data) : GeneralLineParamEstimator<double>(1.0), base(data.data()) {}
+    void estimate(std::vector<Point*>& items, std::vector<double>& parameters) override {
+        samples.emplace_back();
+        for (const Point* item : items) samples.back().push_back(static_cast<int>(item - base));
+        GeneralLineParamEstimator<double>::estimate(items, parameters);
+    }
+    const Point* base;
+    std::vector<std::vector<int>> samples;
+};
+
 }  // namespace
+
+TEST(Ransac, SamplesAreCountedAgainstAllCombinationsAndNeverRepeated) {
+    const std::vector<Point> square{{0, 0}, {10, 0}, {10, 10}, {0, 10}};  // two votes for every sample
+    struct Case {
+        const char* name;
+        std::vector<Point> data;
+        Pairs pairs;
+        double probability;
+        std::vector<std::vector<int>> samples;  // empty: only their number is checked
+        std::size_t count;
+    };
+    const Case cases[] = {
+        {"two items: one combination", {{0, 0}, {5, 5}}, {}, 0.99, {}, 1},
+        {"all agree with the first sample", {{0, 0}, {1, 1}, {2, 2}, {3, 3}, {4, 4}}, {}, 0.99, {}, 1},
+        // Six combinations are six tries; the repeat (1, 0) costs one, so (2, 3) is never reached.
+        {"repeated pair", square, {{0, 1}, {1, 0}, {0, 2}, {0, 3}, {1, 2}, {1, 3}, {2, 3}}, 0.99,
+         {{0, 1}, {0, 2}, {0, 3}, {1, 2}, {1, 3}}, 5},
+        {"certainty asked", square, {}, 1.0, {}, 0},
+        {"no probability", square, {}, 0.0, {}, 0},
+    };
+    for (const Case& c : cases) {
+        std::vector<Point> data = c.data;
+        RecordingEstimator estimator(data);
+        std::vector<double> parameters{1.0};
+        std::vector<int> inliers{1};
+        const double share = Ransac::compute(parameters, &estimator, data, c.probability, inliers, true, c.pairs);
+        EXPECT_EQ(estimator.samples.size(), c.count) << c.name;
+        if (!c.samples.empty()) {
+            EXPECT_EQ(estimator.samples, c.samples) << c.name;
+        }
+        if (c.count == 0) {
+            EXPECT_TRUE(share == 0.0 && parameters.empty() && inliers.empty()) << c.name;
+        }
+    }
+}
 
 TEST(Ransac, FindsTheLineAmongThirtyPercentOutliers) {
     std::vector<int> on_line;
