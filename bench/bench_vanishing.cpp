@@ -1,16 +1,19 @@
 // The vanishing-point machinery: the rectifying homography from four point
-// pairs beside OpenCV's getPerspectiveTransform, and the consensus search on
-// 500 points of which 30% are outliers.
+// pairs beside OpenCV's getPerspectiveTransform, the consensus search on 500
+// points of which 30% are outliers, and the solver on a page's text lines.
 #include <benchmark/benchmark.h>
 
 #include <cmath>
 #include <utility>
 #include <vector>
 
+#include "edgelines/priority_selector.h"
 #include "textgeometry/geocoordinate.h"
+#include "textgeometry/geoline_base.h"
 #include "vanishing/general_line_param_estimator.h"
 #include "vanishing/projective_matrix_estimator.h"
 #include "vanishing/ransac.h"
+#include "vanishing/vpoint_ransac_solver.h"
 
 #ifdef MORVANE_HAVE_OPENCV
 #include <opencv2/core.hpp>
@@ -93,6 +96,59 @@ void BM_Ransac500PointsThirtyPercentOutliers(benchmark::State& state) {
     state.counters["share"] = share;
 }
 BENCHMARK(BM_Ransac500PointsThirtyPercentOutliers)->Unit(benchmark::kMicrosecond);
+
+// 60 text lines of a 1500 x 1125 page whose horizontal vanishing point is
+// (9000, 500): their ends on the page's left and right edges move by up to
+// half a pixel, and every sixth line is a stray at 20 to 50 degrees.
+std::vector<geometric::GeolineBase> text_lines() {
+    std::vector<geometric::GeolineBase> lines;
+    unsigned state = 7u;
+    auto jitter = [&state]() {
+        state = state * 1664525u + 1013904223u;
+        return (static_cast<int>((state >> 8) % 1001) - 500) / 1000.0;
+    };
+    for (int k = 0; k < 60; ++k) {
+        const double y0 = 60.0 + 16.5 * k;
+        if (k % 6 == 3) {
+            const double slope = std::tan((20.0 + k % 31) * 3.141592653589793 / 180.0);
+            lines.emplace_back(slope, -1.0, y0);
+            continue;
+        }
+        const double y1 = y0 + (500.0 - y0) * 1499.0 / 9000.0;
+        const double left = y0 + jitter(), right = y1 + jitter();
+        const double slope = (right - left) / 1499.0;
+        lines.emplace_back(slope, -1.0, left);
+    }
+    return lines;
+}
+
+// The simple form (no priority), and the priority form with the pairs of the
+// text route's uniform selection, equal weights and positions at the left edge.
+void BM_VpointRansacSolver(benchmark::State& state) {
+    const bool with_priority = state.range(0) != 0;
+    const std::vector<geometric::GeolineBase> lines = text_lines();
+    std::vector<double> weights(lines.size(), 1.0), positions;
+    for (const auto& line : lines) positions.push_back(line.c);
+    std::vector<std::pair<int, int>> pairs;
+    geometric::PrioritySelector().obtain_uniform_priority_array(weights, positions, pairs);
+    std::vector<int> inliers;
+    int code = 0;
+    geometric::Geocoordinate<double> point;
+    for (auto _ : state) {
+        geometric::VpointRansacSolver solver(geometric::HORIZONTAL_DIRECTION, 1500, 1125,
+                                             geometric::RansacVanishingPointConstrains());
+        point = geometric::Geocoordinate<double>();
+        code = with_priority
+                   ? solver.perform_ransac_vpoint_searching(lines, pairs, weights, inliers, point, 0.0f, false)
+                   : solver.perform_ransac_vpoint_searching(lines, inliers, point);
+        benchmark::DoNotOptimize(point);
+    }
+    state.counters["code"] = code;
+    state.counters["x"] = point.x;
+    state.counters["y"] = point.y;
+    state.counters["inliers"] = static_cast<double>(inliers.size());
+}
+BENCHMARK(BM_VpointRansacSolver)->ArgName("priority")->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 
