@@ -8,17 +8,15 @@
 
 #include "binarization/mean_and_deviation_maps.h"
 #include "binarization/sauvola_binarization_original.h"
-#include "binarization/test_pages.h"
 #include "binarization/wolf_binarization_original.h"
+#include "support/images.h"
 
 namespace geometric {
 namespace {
 
-using binarization_test::flat_page;
-using binarization_test::noise_page;
 
 TEST(MeanAndDeviationMaps, MatchABoxSummedPixelByPixel) {
-    const common::BasicImage gray = noise_page(23, 31, 0, 255, 17u);
+    const common::BasicImage gray = support::noise_image(23, 31, 17u);
     const int windows[][2] = {{5, 5}, {4, 7}, {40, 3}};
     for (const auto& wnd : windows) {
         Image<double> mean(31, 23), deviation(31, 23);
@@ -50,7 +48,7 @@ TEST(SauvolaBinarizationOriginal, WindowRule) {
 
 // A dark bar (gray 60) across bright paper (gray 200).
 common::BasicImage bar_page() {
-    common::BasicImage page = flat_page(120, 160, 200);
+    common::BasicImage page = support::flat_image(120, 160, 200);
     for (int y = 50; y < 60; ++y)
         for (int x = 20; x < 140; ++x) page.get_line_pointer(y)[x] = 60;
     return page;
@@ -78,7 +76,7 @@ TEST(ClassicalMethods, InkIsTheBarOnly) {
 }
 
 TEST(SauvolaBinarizationOriginal, SurfaceIsSpreadToTheFrameAndSetsBitsWhereItExceedsThePixel) {
-    const common::BasicImage gray = noise_page(40, 50, 60, 200, 23u);
+    const common::BasicImage gray = support::noise_image(40, 50, 23u, common::GRAY, 60, 200);
     common::BasicImage output;
     SauvolaBinarizationOriginal sauvola(&gray, &output);
     sauvola.set_want_threshold_surface(true);
@@ -99,7 +97,7 @@ TEST(SauvolaBinarizationOriginal, SurfaceIsSpreadToTheFrameAndSetsBitsWhereItExc
 
 TEST(WolfBinarizationOriginal, FlatPageHasNoInk) {
     // Every deviation is 0, so R is 0 and each threshold is not a number.
-    const common::BasicImage gray = flat_page(30, 30, 90);
+    const common::BasicImage gray = support::flat_image(30, 30, 90);
     common::BasicImage output;
     WolfBinarizationOriginal wolf(&gray, &output);
     ASSERT_TRUE(wolf.run_binarization());

@@ -6,13 +6,12 @@
 
 #include "binarization/binarization_enginee.h"
 #include "binarization/otsu_binarization.h"
-#include "binarization/test_pages.h"
 #include "common/geometricexception.h"
+#include "support/images.h"
 
 namespace geometric {
 namespace {
 
-using binarization_test::flat_page;
 
 unsigned char otsu_threshold(const common::BasicImage& gray) {
     unsigned char threshold = 77;
@@ -22,7 +21,7 @@ unsigned char otsu_threshold(const common::BasicImage& gray) {
 
 // Left half `dark`, right half `bright`.
 common::BasicImage two_level_page(int height, int width, unsigned char dark, unsigned char bright) {
-    common::BasicImage page = flat_page(height, width, bright);
+    common::BasicImage page = support::flat_image(height, width, bright);
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width / 2; ++x) page.get_line_pointer(y)[x] = dark;
     return page;
@@ -33,18 +32,18 @@ TEST(OtsuThreshold, KnownPages) {
     // splits the classes alike; the first of those equal scores wins.
     EXPECT_EQ(otsu_threshold(two_level_page(10, 20, 40, 200)), 40);
     // A flat page has no score above 0: the threshold is 0, not 128.
-    EXPECT_EQ(otsu_threshold(flat_page(10, 20, 128)), 0);
-    EXPECT_EQ(otsu_threshold(flat_page(10, 20, 255)), 0);
+    EXPECT_EQ(otsu_threshold(support::flat_image(10, 20, 128)), 0);
+    EXPECT_EQ(otsu_threshold(support::flat_image(10, 20, 255)), 0);
     EXPECT_EQ(otsu_threshold(common::BasicImage()), 0);
     // Three equal classes 0, 100, 200: the scores at t = 0 and t = 100 are
     // equal by symmetry, and the first (0) is kept.
-    common::BasicImage three = flat_page(3, 30, 200);
+    common::BasicImage three = support::flat_image(3, 30, 200);
     for (int y = 0; y < 3; ++y)
         for (int x = 0; x < 20; ++x) three.get_line_pointer(y)[x] = x < 10 ? 0 : 100;
     EXPECT_EQ(otsu_threshold(three), 0);
     // Unequal classes move the split: 90 % paper at 220, 10 % ink at 30
     // with a few mid-grey pixels that belong to the ink.
-    common::BasicImage page = flat_page(10, 100, 220);
+    common::BasicImage page = support::flat_image(10, 100, 220);
     for (int y = 0; y < 10; ++y) {
         page.get_line_pointer(y)[0] = 30;
         page.get_line_pointer(y)[1] = 60;
@@ -87,7 +86,7 @@ TEST(OtsuBinarization, WithoutInvertTheBrightClassIsSetAndTheFrameStaysClear) {
 TEST(OtsuBinarization, PackedApplicationMatchesAPerPixelWalk) {
     unsigned state = 12345u;
     for (int width = 3; width <= 42; ++width) {
-        common::BasicImage gray = flat_page(5, width, 0);
+        common::BasicImage gray = support::flat_image(5, width, 0);
         for (int y = 0; y < 5; ++y)
             for (int x = 0; x < width; ++x) {
                 state = state * 1664525u + 1013904223u;
@@ -151,7 +150,7 @@ TEST(BinarizationFrame, FourChannelSourceAnswersFalseWithAnEmptyOutput) {
 }
 
 TEST(BinarizationFrame, NullOutputThrows) {
-    common::BasicImage gray = flat_page(4, 4, 0);
+    common::BasicImage gray = support::flat_image(4, 4, 0);
     try {
         OtsuBinarization otsu(&gray, nullptr);
         FAIL() << "no exception";
@@ -184,7 +183,7 @@ TEST(BinarizationFrame, RgbSourceIsBinarizedByLuminanceWithTheSourceResolutions)
 
 TEST(BinarizationFrame, DespecklingRemovesAnIsolatedInkPixelUnlessCleared) {
     // One dark pixel on bright paper: Otsu makes it ink, despeckling drops it.
-    common::BasicImage gray = flat_page(12, 64, 200);
+    common::BasicImage gray = support::flat_image(12, 64, 200);
     gray.get_line_pointer(6)[20] = 10;
     for (const bool despeckle : {true, false}) {
         common::BasicImage output;

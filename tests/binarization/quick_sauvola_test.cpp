@@ -10,15 +10,12 @@
 
 #include "binarization/quick_sauvola.h"
 #include "binarization/sauvola_binarization.h"
-#include "binarization/test_pages.h"
 #include "common/geometricexception.h"
+#include "support/images.h"
 
 namespace geometric {
 namespace {
 
-using binarization_test::flat_page;
-using binarization_test::noise_page;
-using binarization_test::text_page;
 
 // The smoothing written pixel by pixel from the rules: the box sums come from
 // the untouched original, lines (1, 1, 2) for line 1, (1, 2, 2) for line 2,
@@ -144,7 +141,7 @@ TEST(QuickSauvola, SmoothingMatchesThePlainVersionAndLeavesTheLastLine) {
     const int sizes[][2] = {{40, 50}, {4, 9}, {2, 2}, {3, 17}, {61, 33}};
     for (const auto& size : sizes)
         for (const int weight : {2, 0, 7}) {
-            const common::BasicImage original = noise_page(size[0], size[1], 0, 255, 11u + weight);
+            const common::BasicImage original = support::noise_image(size[0], size[1], 11u + weight);
             common::BasicImage gray(original);
             SauvolaPara para;
             para.smoothing_weight = weight;
@@ -174,8 +171,8 @@ TEST(QuickSauvola, ThresholdMatchesThePlainVersionInEveryRegion) {
         {420, 500, 35, false, 0.2f},  // odd window on a narrow ring
         {60, 60, 1, true, 0.2f}};     // a one-pixel window
     for (const Case& c : cases) {
-        common::BasicImage gray = text_page(c.height, c.width, 5u);
-        const common::BasicImage spots = noise_page(c.height, c.width, 40, 210, 9u);
+        common::BasicImage gray = support::text_page(c.height, c.width, 5u);
+        const common::BasicImage spots = support::noise_image(c.height, c.width, 9u, common::GRAY, 40, 210);
         for (int i = 0; i < gray.get_data_size(); i += 7) gray.get_data()[i] = spots.get_data()[i];
         SauvolaPara para;
         para.perform_smoothing = false;
@@ -198,7 +195,7 @@ TEST(QuickSauvola, FailuresCarryTheirExactTexts) {
                           {100, 3, 2, " The window size is too large"},
                           {50, 50, -1, "Wrong weighting parameter for smoothing"}};
     for (const Case& c : cases) {
-        common::BasicImage gray = flat_page(c.height, c.width, 120);
+        common::BasicImage gray = support::flat_image(c.height, c.width, 120);
         SauvolaPara para;
         para.smoothing_weight = c.weight;
         try {
@@ -208,14 +205,14 @@ TEST(QuickSauvola, FailuresCarryTheirExactTexts) {
             EXPECT_EQ(e.get_message(), c.message);
         }
     }
-    common::BasicImage four = flat_page(4, 100, 120);
+    common::BasicImage four = support::flat_image(4, 100, 120);
     EXPECT_NO_THROW(quick(four, SauvolaPara()));
 }
 
 TEST(SauvolaBinarization, GrayLimitsDecideWithoutAWindow) {
     // 201 everywhere is paper, 49 everywhere ink, whatever the window says.
     for (const int value : {201, 255, 49, 0}) {
-        const common::BasicImage gray = flat_page(60, 90, static_cast<unsigned char>(value));
+        const common::BasicImage gray = support::flat_image(60, 90, static_cast<unsigned char>(value));
         common::BasicImage output;
         SauvolaBinarization sauvola(&gray, &output);
         ASSERT_TRUE(sauvola.run_binarization());
@@ -229,7 +226,7 @@ TEST(SauvolaBinarization, GrayLimitsDecideWithoutAWindow) {
 TEST(SauvolaBinarization, TextLikePageHasInkWhereTheStrokesAre) {
     const int height = 300;
     const int width = 400;
-    const common::BasicImage gray = text_page(height, width, 3u);
+    const common::BasicImage gray = support::text_page(height, width, 3u);
     common::BasicImage output;
     SauvolaBinarization sauvola(&gray, &output);
     sauvola.set_window_size(35);
@@ -239,7 +236,7 @@ TEST(SauvolaBinarization, TextLikePageHasInkWhereTheStrokesAre) {
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             const bool ink = output.get_pixel(x, y) != 0;
-            if (binarization_test::is_stroke(x, y, height, width)) {
+            if (support::is_stroke(x, y, height, width)) {
                 ++strokes;
                 stroke_ink += ink;
                 // The stroke's middle column below the band's first line: the
@@ -264,7 +261,7 @@ TEST(SauvolaBinarization, TextLikePageHasInkWhereTheStrokesAre) {
     second.set_k(0.2f);
     ASSERT_TRUE(second.run_binarization());
     EXPECT_TRUE(same_bytes(output, again));
-    EXPECT_TRUE(same_bytes(gray, text_page(height, width, 3u)));
+    EXPECT_TRUE(same_bytes(gray, support::text_page(height, width, 3u)));
 }
 
 }  // namespace

@@ -9,9 +9,10 @@
 #include "common/basic_image.h"
 #include "components/binary_connected_component.h"
 #include "components/connected_component_calculator.h"
-#include "binary_test_image.h"
+#include "support/images.h"
+#include "support/references.h"
 
-using test_support::binary_from_text;
+using support::binary_from_text;
 
 using namespace geometric;
 

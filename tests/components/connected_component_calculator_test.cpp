@@ -10,9 +10,10 @@
 #include "common/basic_image.h"
 #include "components/binary_connected_component.h"
 #include "components/connected_component_calculator.h"
-#include "binary_test_image.h"
+#include "support/images.h"
+#include "support/references.h"
 
-using test_support::binary_from_text;
+using support::binary_from_text;
 
 using namespace geometric;
 
@@ -244,7 +245,7 @@ TEST(ConnectedComponentCalculator, AgreesWithAFloodFillOnRandomImages) {
         for (int neighborhood : {4, 8}) {
             int expected_count = 0;
             const std::vector<int> expected =
-                test_support::flood_fill_labels(image, neighborhood == 8, expected_count);
+                support::flood_fill_labels(image, neighborhood == 8, expected_count);
             ConnectedComponentCalculator calculator;
             calculator.set_neighborhood(neighborhood);
             const std::vector<Stroke*> heads = form(calculator, image);

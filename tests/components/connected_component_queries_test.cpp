@@ -11,10 +11,11 @@
 #include "common/basic_image.h"
 #include "components/connected_component_calculator.h"
 #include "pageanalysis/text_blob.h"
-#include "binary_test_image.h"
+#include "support/images.h"
+#include "support/references.h"
 
-using test_support::binary_from_text;
-using test_support::flood_fill_labels;
+using support::binary_from_text;
+using support::flood_fill_labels;
 
 using namespace geometric;
 

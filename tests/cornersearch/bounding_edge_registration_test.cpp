@@ -6,14 +6,14 @@
 
 #include "cornersearch/bounding_edge_registration.h"
 #include "cornersearch/corner_preprocessing.h"
-#include "page_photos.h"
+#include "support/images.h"
 
 namespace geometric_test {
 namespace {
 
 typedef std::vector<geometric::Geocoordinate<float>> Corners;
 
-double worst_corner_error(const Corners& found, const page_photos::Quad& page) {
+double worst_corner_error(const Corners& found, const support::Quad& page) {
     double worst = 0.0;
     for (std::size_t k = 0; k < 4; ++k)
         worst = std::max(worst, std::hypot(found[k].x - page[k].x, found[k].y - page[k].y));
@@ -26,20 +26,20 @@ double worst_corner_error(const Corners& found, const page_photos::Quad& page) {
 TEST(OperationalBoundingEdgeRegistration, FindsPagesWithVisibleEdges) {
     struct Case {
         const char* name;
-        page_photos::Quad page;
+        support::Quad page;
         int method_code;  // which stage found it, and how
     };
     const Case cases[] = {
-        {"upright", page_photos::quad(120, 80, 680, 80, 680, 520, 120, 520), 100},
-        {"tilted", page_photos::quad(160, 100, 660, 60, 720, 540, 100, 500), 100},
+        {"upright", support::quad(120, 80, 680, 80, 680, 520, 120, 520), 100},
+        {"tilted", support::quad(160, 100, 660, 60, 720, 540, 100, 500), 100},
         // The bottom side lies on the image's border: the binary stage combines its candidates.
-        {"on the bottom border", page_photos::quad(120, 80, 680, 80, 680, 597, 120, 597), 102},
-        {"on the left border", page_photos::quad(2, 80, 680, 80, 680, 520, 2, 520), 200},
+        {"on the bottom border", support::quad(120, 80, 680, 80, 680, 597, 120, 597), 102},
+        {"on the left border", support::quad(2, 80, 680, 80, 680, 520, 2, 520), 200},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        const page_photos::Quad& page = c.page;
-        const common::BasicImage photo = page_photos::photo(800, 600, page);
+        const support::Quad& page = c.page;
+        const common::BasicImage photo = support::photo(800, 600, page);
         OperationalBoundingEdgeRegistration search;
         Corners corners;
         ASSERT_EQ(search.run_projective_registration(photo, corners), 1);
@@ -60,7 +60,7 @@ TEST(OperationalBoundingEdgeRegistration, FindsPagesWithVisibleEdges) {
 // A page that runs past the left border shows three sides: the contour
 // stages keep them for the line stage, which is not part of the library yet.
 TEST(OperationalBoundingEdgeRegistration, ThreeSidesOfACutPageAreHandedOn) {
-    const common::BasicImage photo = page_photos::photo(800, 600, page_photos::quad(-40, 90, 560, 70, 600, 530, -40, 540));
+    const common::BasicImage photo = support::photo(800, 600, support::quad(-40, 90, 560, 70, 600, 530, -40, 540));
     OperationalBoundingEdgeRegistration search(OperationalBoundingEdgeRegistration::BINARY_EDGE_SEARCH);
     Corners corners;
     EXPECT_EQ(search.run_projective_registration(photo, corners), -1);
@@ -76,8 +76,8 @@ TEST(OperationalBoundingEdgeRegistration, ThreeSidesOfACutPageAreHandedOn) {
 }
 
 TEST(OperationalBoundingEdgeRegistration, EachContourStageAloneFindsAClearPage) {
-    const page_photos::Quad page = page_photos::quad(160, 100, 660, 60, 720, 540, 100, 500);
-    const common::BasicImage photo = page_photos::photo(800, 600, page);
+    const support::Quad page = support::quad(160, 100, 660, 60, 720, 540, 100, 500);
+    const common::BasicImage photo = support::photo(800, 600, page);
     for (auto mode : {OperationalBoundingEdgeRegistration::BINARY_SEARCH, OperationalBoundingEdgeRegistration::EDGE_SEARCH}) {
         OperationalBoundingEdgeRegistration search(mode);
         Corners corners;
@@ -89,7 +89,7 @@ TEST(OperationalBoundingEdgeRegistration, EachContourStageAloneFindsAClearPage) 
 
 TEST(OperationalBoundingEdgeRegistration, BlankImagesAndTextureGiveNoPage) {
     // A flat image, and a desk texture of blotches with no page.
-    common::BasicImage flat = page_photos::photo(400, 300, page_photos::quad(0, 0, 0, 0, 0, 0, 0, 0), 0, 128, false);
+    common::BasicImage flat = support::photo(400, 300, support::quad(0, 0, 0, 0, 0, 0, 0, 0), support::Paper{0, 128, 40, false});
     common::BasicImage texture = flat;
     std::uint32_t state = 7u;
     for (int y = 0; y < 300; ++y)
@@ -101,7 +101,7 @@ TEST(OperationalBoundingEdgeRegistration, BlankImagesAndTextureGiveNoPage) {
         }
     // Blobs of noise or texture reach every border: the only quadrilateral
     // is the image's own frame, which callers read as no page.
-    const page_photos::Quad frame = page_photos::quad(0, 0, 399, 0, 399, 299, 0, 299);
+    const support::Quad frame = support::quad(0, 0, 399, 0, 399, 299, 0, 299);
     for (const common::BasicImage* image : {&flat, &texture}) {
         OperationalBoundingEdgeRegistration search;
         Corners corners;
@@ -118,7 +118,7 @@ TEST(OperationalBoundingEdgeRegistration, BlankImagesAndTextureGiveNoPage) {
 
 TEST(OperationalBoundingEdgeRegistration, AnUnknownModeRunsNoStage) {
     OperationalBoundingEdgeRegistration search(static_cast<OperationalBoundingEdgeRegistration::Method>(99));
-    const common::BasicImage photo = page_photos::photo(200, 150, page_photos::quad(40, 30, 160, 30, 160, 120, 40, 120));
+    const common::BasicImage photo = support::photo(200, 150, support::quad(40, 30, 160, 30, 160, 120, 40, 120));
     Corners corners;
     EXPECT_EQ(search.implement_registration(photo, corners), -1);
     EXPECT_EQ(search.method_code, -1);
@@ -143,8 +143,8 @@ TEST(ProjectiveRegistrationBase, QualifiesInputsAndScalesTheWorkingImage) {
 }
 
 TEST(ProjectiveRegistrationBase, CornersOfAReducedWorkingImageAreScaledBack) {
-    const page_photos::Quad page = page_photos::quad(120, 80, 680, 80, 680, 520, 120, 520);
-    const common::BasicImage photo = page_photos::photo(800, 600, page);
+    const support::Quad page = support::quad(120, 80, 680, 80, 680, 520, 120, 520);
+    const common::BasicImage photo = support::photo(800, 600, page);
     OperationalBoundingEdgeRegistration search;
     search.maximum_dimension = 400;  // rate 2
     search.corner_detection_within_image = true;
@@ -157,8 +157,8 @@ TEST(ProjectiveRegistrationBase, CornersOfAReducedWorkingImageAreScaledBack) {
 }
 
 TEST(CornerPreprocessing, SmoothingFollowsTheBackgroundNoise) {
-    const page_photos::Quad page = page_photos::quad(60, 40, 340, 40, 340, 260, 60, 260);
-    common::BasicImage quiet = page_photos::photo(400, 300, page);
+    const support::Quad page = support::quad(60, 40, 340, 40, 340, 260, 60, 260);
+    common::BasicImage quiet = support::photo(400, 300, page);
     common::BasicImage edges;
     bool strong = true;
     EXPECT_TRUE(CornerPreprocessing::perform_edge_detection(quiet, edges, strong, 1));
@@ -177,7 +177,7 @@ TEST(CornerPreprocessing, SmoothingFollowsTheBackgroundNoise) {
 }
 
 TEST(BoundingEdgeRegistration, LargeBlobAnalyzerStopsOnceTheImageStopsChanging) {
-    const common::BasicImage photo = page_photos::photo(200, 150, page_photos::quad(40, 30, 160, 30, 160, 120, 40, 120));
+    const common::BasicImage photo = support::photo(200, 150, support::quad(40, 30, 160, 30, 160, 120, 40, 120));
     auto analyzer = std::make_shared<LargeBlobCornerAnalyzer>();
     BoundingCornerFactory factory{std::make_shared<OTSUEdgeExtractor>(), analyzer,
                                   std::make_shared<StrictBoundinglineCornerEstimator>()};
@@ -189,7 +189,7 @@ TEST(BoundingEdgeRegistration, LargeBlobAnalyzerStopsOnceTheImageStopsChanging) 
 }
 
 TEST(BoundingEdgeRegistration, KernelAnalyzerIsSkippedAndCombinedChainsKeepTheLastTried) {
-    const common::BasicImage photo = page_photos::photo(200, 150, page_photos::quad(40, 30, 160, 30, 160, 120, 40, 120));
+    const common::BasicImage photo = support::photo(200, 150, support::quad(40, 30, 160, 30, 160, 120, 40, 120));
     auto kernel = std::make_shared<BoundingCornerFactory>(BoundingCornerFactory{
         std::make_shared<CannyEdgeExtractor>(), std::make_shared<KernelHoughEdgeAnalyzer>(),
         std::make_shared<StrictBoundinglineCornerEstimator>()});

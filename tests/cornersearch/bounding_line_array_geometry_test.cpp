@@ -4,15 +4,15 @@
 
 #include <gtest/gtest.h>
 
-#include "boundary_scenes.h"
+#include "support/boundary_scenes.h"
 #include "cornersearch/bounding_line_array_wrapper.h"
 
 namespace {
 
-using boundary_scenes::make_boundary;
-using boundary_scenes::place_rectangle;
-using boundary_scenes::Rectangle;
-using boundary_scenes::valid_slots;
+using support::make_boundary;
+using support::place_rectangle;
+using support::Rectangle;
+using support::valid_slots;
 using geometric::Geocoordinate;
 using geometric_test::BoundingLine;
 using geometric_test::BoundingLineArrayWrapper;
@@ -222,7 +222,7 @@ TEST(BoundingLineArrayTest, SegmentEndsMayOvershootTheirVertexByTheLimit) {
         for (int k = 0; k < 4; ++k) {
             const BoundingLine& slot = wrapper.boundaries[k];
             if (slot.is_valid()) {
-                EXPECT_TRUE(boundary_scenes::same_boundary(slot, before.boundaries[k])) << k;
+                EXPECT_TRUE(support::same_boundary(slot, before.boundaries[k])) << k;
             } else {
                 EXPECT_TRUE(slot.points.empty() && slot.line.a == 0.0 && slot.line.b == 0.0 && slot.line.c == 0.0);
                 EXPECT_EQ(slot.type, before.boundaries[k].type);

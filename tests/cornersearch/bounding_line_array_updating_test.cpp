@@ -6,18 +6,18 @@
 
 #include <gtest/gtest.h>
 
-#include "boundary_scenes.h"
+#include "support/boundary_scenes.h"
 #include "common/basic_image.h"
 #include "cornersearch/bounding_line_array_wrapper.h"
 
 namespace {
 
-using boundary_scenes::make_boundary;
-using boundary_scenes::page_image;
-using boundary_scenes::place_rectangle;
-using boundary_scenes::Rectangle;
-using boundary_scenes::state_difference;
-using boundary_scenes::valid_slots;
+using support::make_boundary;
+using support::page_image;
+using support::place_rectangle;
+using support::Rectangle;
+using support::state_difference;
+using support::valid_slots;
 using geometric::BoundingLinePosition;
 using geometric_test::BoundingLine;
 using geometric_test::BoundingLineArrayWrapper;

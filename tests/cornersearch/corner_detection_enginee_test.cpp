@@ -6,7 +6,7 @@
 #include "cornersearch/corner_search_para.h"
 #include "cornersearch/large_blob_extractor.h"
 #include "cornersearch/projective_correction_corner_detection_enginee.h"
-#include "page_photos.h"
+#include "support/images.h"
 
 namespace geometric_test {
 namespace {
@@ -49,8 +49,8 @@ TEST(CornerDetectionEnginee, AssemblyByMethod) {
 }
 
 TEST(CornerDetectionEnginee, MethodsOnAPagePhoto) {
-    const page_photos::Quad page = page_photos::quad(160, 100, 660, 60, 720, 540, 100, 500);
-    common::BasicImage photo = page_photos::photo(800, 600, page);
+    const support::Quad page = support::quad(160, 100, 660, 60, 720, 540, 100, 500);
+    common::BasicImage photo = support::photo(800, 600, page);
     struct Case {
         EdgeRegistrationMethod method;
         int result;

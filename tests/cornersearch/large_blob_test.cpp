@@ -8,7 +8,7 @@
 #include "cornersearch/analysis_blob_extractor.h"
 #include "cornersearch/blob_boundary_estimator.h"
 #include "cornersearch/large_blob_extractor.h"
-#include "page_photos.h"
+#include "support/images.h"
 
 namespace geometric_test {
 namespace {
@@ -28,7 +28,7 @@ common::BasicImage contour_image(const common::BasicImage& photo, bool edges) {
 }
 
 TEST(AdaptiveContourGenerator, BinaryObjectsOfAPagePhotoAreThePageAlone) {
-    const common::BasicImage photo = page_photos::photo(400, 300, page_photos::quad(60, 40, 340, 40, 340, 260, 60, 260));
+    const common::BasicImage photo = support::photo(400, 300, support::quad(60, 40, 340, 40, 340, 260, 60, 260));
     const common::BasicImage contours = contour_image(photo, false);
     ASSERT_EQ(contours.get_image_type(), common::BINARY);
     Contours outlines;
@@ -44,7 +44,7 @@ TEST(AdaptiveContourGenerator, BinaryObjectsOfAPagePhotoAreThePageAlone) {
 }
 
 TEST(AdaptiveContourGenerator, EdgeThresholdsFollowTheMeanAndTheQuietestBackground) {
-    const common::BasicImage photo = page_photos::photo(400, 300, page_photos::quad(60, 40, 340, 40, 340, 260, 60, 260));
+    const common::BasicImage photo = support::photo(400, 300, support::quad(60, 40, 340, 40, 340, 260, 60, 260));
     common::BasicImage contours;
     AdaptiveContourGenerator generator(photo, contours);
     generator.generate_edge_objects();
@@ -52,19 +52,19 @@ TEST(AdaptiveContourGenerator, EdgeThresholdsFollowTheMeanAndTheQuietestBackgrou
     EXPECT_LE(generator.get_background_deviation(), 2.5f);
     EXPECT_LT(generator.get_image_mean(), 140.0f);
     // A flat image has no edge at all.
-    const common::BasicImage flat = page_photos::photo(200, 150, page_photos::quad(0, 0, 0, 0, 0, 0, 0, 0), 0, 128, false);
+    const common::BasicImage flat = support::photo(200, 150, support::quad(0, 0, 0, 0, 0, 0, 0, 0), support::Paper{0, 128, 40, false});
     EXPECT_EQ(contour_image(flat, true).get_image_type(), common::BINARY);
 }
 
 // Both contour routes, an upright and a tilted page: the four vertices of the
 // array lie within a few pixels of the page's corners.
 TEST(BlobBoundaryEstimator, FindsTheFourSidesOfUprightAndTiltedPages) {
-    const page_photos::Quad pages[] = {page_photos::quad(60, 40, 340, 40, 340, 260, 60, 260),
-                                       page_photos::quad(80, 50, 330, 30, 360, 270, 50, 250)};
-    for (const page_photos::Quad& page : pages) {
+    const support::Quad pages[] = {support::quad(60, 40, 340, 40, 340, 260, 60, 260),
+                                       support::quad(80, 50, 330, 30, 360, 270, 50, 250)};
+    for (const support::Quad& page : pages) {
         for (bool edges : {false, true}) {
             SCOPED_TRACE(edges ? "edge objects" : "binary objects");
-            const common::BasicImage photo = page_photos::photo(400, 300, page);
+            const common::BasicImage photo = support::photo(400, 300, page);
             const common::BasicImage contours = contour_image(photo, edges);
             Contours outlines;
             Boxes boxes;

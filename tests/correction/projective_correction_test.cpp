@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "correction/projective_correction.h"
-#include "warp_test_images.h"
+#include "support/images.h"
 
 namespace {
 
 using geometric::ProjectiveCorrection;
-using warp_test::Corners;
+using support::Corners;
 
 // Runs a correction of input into a fresh owned output.
 common::BasicImage correct(common::BasicImage& input, const Corners& corners) {
@@ -29,14 +29,14 @@ TEST(OutputDimension, MeanOfOppositeSidesPlusOneRounded) {
         int width, height;
     };
     const Case cases[] = {
-        {warp_test::own_corners(640, 480), 640, 480},
-        {warp_test::own_corners(1, 1), 1, 1},
+        {support::own_corners(640, 480), 640, 480},
+        {support::own_corners(1, 1), 1, 1},
         // top 10, bottom 11: 10.5 + 1.5 = 12 exactly; sides 5 and sqrt(26): 6.55 -> 6
-        {warp_test::corners(0, 0, 10, 0, 11, 5, 0, 5), 12, 6},
+        {support::corners(0, 0, 10, 0, 11, 5, 0, 5), 12, 6},
         // top 10, bottom 10: 11.5 -> 11 (the half is cut, not rounded up)
-        {warp_test::corners(0, 0, 10, 0, 10, 20, 0, 20), 11, 21},
+        {support::corners(0, 0, 10, 0, 10, 20, 0, 20), 11, 21},
         // corners outside the image count as they are
-        {warp_test::corners(-100, -50, 299, -50, 299, 149, -100, 149), 400, 200},
+        {support::corners(-100, -50, 299, -50, 299, 149, -100, 149), 400, 200},
     };
     for (const Case& c : cases) {
         int width = -1, height = -1;
@@ -52,9 +52,9 @@ TEST(OutputDimension, MeanOfOppositeSidesPlusOneRounded) {
 TEST(ProjectiveCorrection, WarpWithImageCornersKeepsTheSizeAndCopiesTheEdges) {
     for (common::ImageType type : {common::GRAY, common::RGB}) {
         const int w = 50, h = 40;
-        common::BasicImage input = warp_test::noise_image(w, h, type, 7);
+        common::BasicImage input = support::noise_image(h, w, 7, type);
         const common::BasicImage source(input);
-        const common::BasicImage output = correct(input, warp_test::own_corners(w, h));
+        const common::BasicImage output = correct(input, support::own_corners(w, h));
         ASSERT_EQ(output.get_width(), w);
         ASSERT_EQ(output.get_height(), h);
         EXPECT_EQ(output.get_image_type(), type);
@@ -85,7 +85,7 @@ TEST(ProjectiveCorrection, AxisAlignedCropWithExplicitSizeIsTheSubRectangle) {
         const int iw = 37, ih = 29;
         const int bytes = type == common::RGB ? 3 : 1;
         for (const Case& c : cases) {
-            common::BasicImage input = warp_test::noise_image(iw, ih, type, 11);
+            common::BasicImage input = support::noise_image(ih, iw, 11, type);
             common::BasicImage output(c.h, c.w, type);
             ProjectiveCorrection correction(&input, &output);
             correction.set_filling_mode(0);
@@ -94,7 +94,7 @@ TEST(ProjectiveCorrection, AxisAlignedCropWithExplicitSizeIsTheSubRectangle) {
             const float top = static_cast<float>(c.y0), bottom = static_cast<float>(c.y0 + c.h);
             const float xa = c.mirror_x ? right : left, xb = c.mirror_x ? left : right;
             const float ya = c.mirror_y ? bottom : top, yb = c.mirror_y ? top : bottom;
-            Corners corners = warp_test::corners(xa, ya, xb, ya, xb, yb, xa, yb);
+            Corners corners = support::corners(xa, ya, xb, ya, xb, yb, xa, yb);
             correction.perspective_transformation_general(input.get_data(), output.get_data(), iw, ih, c.w, c.h,
                                                           corners);
             for (int v = 0; v < c.h; ++v)
@@ -122,7 +122,7 @@ TEST(ProjectiveCorrection, TwofoldEnlargementInterpolatesHalfway) {
         for (int x = 0; x < iw; ++x) input.set_pixel(x, y, static_cast<unsigned>(2 * x + 4 * y));
     common::BasicImage output(2 * ih, 2 * iw, common::GRAY);
     ProjectiveCorrection correction(&input, &output);
-    Corners corners = warp_test::corners(0, 0, iw, 0, iw, ih, 0, ih);
+    Corners corners = support::corners(0, 0, iw, 0, iw, ih, 0, ih);
     correction.perspective_transformation_general(input.get_data(), output.get_data(), iw, ih, 2 * iw, 2 * ih,
                                                   corners);
     for (int v = 0; v < 2 * ih; ++v)
@@ -135,7 +135,7 @@ TEST(ProjectiveCorrection, TwofoldEnlargementInterpolatesHalfway) {
 }
 
 TEST(ProjectiveCorrection, ParallelogramTakesThePathWithoutPerspective) {
-    const auto sheared = warp_test::corners(10.5f, 10, 110.5f, 20, 120, 120.25f, 20, 110.25f);
+    const auto sheared = support::corners(10.5f, 10, 110.5f, 20, 120, 120.25f, 20, 110.25f);
     const geometric::ProjectiveWarpCoefficients p = ProjectiveCorrection::calculate_warp_coefficients(sheared);
     EXPECT_TRUE(p.parallelogram);
     EXPECT_EQ(p.g, 0.0);
@@ -143,7 +143,7 @@ TEST(ProjectiveCorrection, ParallelogramTakesThePathWithoutPerspective) {
     EXPECT_EQ(p.b, 120.0 - 110.5);
     EXPECT_EQ(p.e, 120.25 - 20.0);
     EXPECT_EQ(p.a, 100.0);
-    const auto trapezoid = warp_test::corners(10, 10, 110, 10, 120, 100, 0, 100);
+    const auto trapezoid = support::corners(10, 10, 110, 10, 120, 100, 0, 100);
     const geometric::ProjectiveWarpCoefficients t = ProjectiveCorrection::calculate_warp_coefficients(trapezoid);
     EXPECT_FALSE(t.parallelogram);
     EXPECT_EQ(t.g, 0.0);  // symmetric: the perspective is all in h
@@ -159,7 +159,7 @@ TEST(ProjectiveCorrection, FlatParallelogramReadsTheLineItLiesOn) {
     ProjectiveCorrection correction(&input, &output);
     correction.set_filling_mode(0);
     correction.get_filling_pixel()[0] = 7;
-    correction.set_control_points(warp_test::corners(0, 5, 10, 5, 20, 5, 10, 5));
+    correction.set_control_points(support::corners(0, 5, 10, 5, 20, 5, 10, 5));
     correction.run_correction();
     ASSERT_EQ(output.get_width(), 11);
     ASSERT_EQ(output.get_height(), 11);
@@ -171,7 +171,7 @@ TEST(ProjectiveCorrection, FlatParallelogramReadsTheLineItLiesOn) {
 // the floors of (W - 1) u / W and (H - 1) v / H, never an integer inside.
 TEST(ProjectiveCorrection, BinaryInputComesOutBinaryOwnedOrNot) {
     const int w = 70, h = 45;
-    common::BasicImage bits = warp_test::noise_image(w, h, common::BINARY, 3);
+    common::BasicImage bits = support::noise_image(h, w, 3, common::BINARY);
     for (bool owned : {true, false}) {
         common::BasicImage input(bits);
         std::vector<unsigned char> buffer(static_cast<size_t>(h * common::row_size_of(common::BINARY, w)), 0xa5);
@@ -181,7 +181,7 @@ TEST(ProjectiveCorrection, BinaryInputComesOutBinaryOwnedOrNot) {
         EXPECT_EQ(correction.get_input_type(), common::BINARY);
         EXPECT_EQ(input.get_image_type(), common::GRAY);
         EXPECT_EQ(correction.get_para().interpolation, geometric::INTERPOLATION_NEAREST);
-        correction.set_control_points(warp_test::own_corners(w, h));
+        correction.set_control_points(support::own_corners(w, h));
         correction.run_correction();
         ASSERT_EQ(output.get_image_type(), common::BINARY);
         ASSERT_EQ(output.get_width(), w);
@@ -211,7 +211,7 @@ TEST(ProjectiveCorrection, GrayValueOf128BecomesInk) {
         ProjectiveCorrection correction(&input, &output);
         correction.set_filling_mode(0);
         correction.get_filling_pixel()[0] = c.fill;
-        correction.set_control_points(warp_test::corners(-5, -5, 24, -5, 24, 24, -5, 24));
+        correction.set_control_points(support::corners(-5, -5, 24, -5, 24, 24, -5, 24));
         correction.run_correction();
         ASSERT_EQ(output.get_width(), 30);
         EXPECT_EQ(output.get_pixel(0, 0), c.ink) << int(c.fill) << (c.owned ? " owned" : " view");
@@ -230,7 +230,7 @@ TEST(ProjectiveCorrection, ViewOfAnotherSizeOrTypeIsRefused) {
         if (variant == 1) output.attach(buffer.data(), 19, 20, common::GRAY);
         if (variant == 2) output.attach(buffer.data(), 20, 20, common::RGB);
         ProjectiveCorrection correction(&input, &output);
-        correction.set_control_points(warp_test::own_corners(20, 20));
+        correction.set_control_points(support::own_corners(20, 20));
         try {
             correction.run_correction();
             FAIL() << "variant " << variant;
@@ -255,17 +255,17 @@ TEST(FillColour, GrayIsTheMeanOfTheBrighterHalfOfTheStripsWhenTheWarpLeavesTheIm
     {
         common::BasicImage output;
         ProjectiveCorrection correction(&input, &output);
-        correction.set_control_points(warp_test::own_corners(60, 60));
+        correction.set_control_points(support::own_corners(60, 60));
         correction.calculate_filling_pixel();
         EXPECT_EQ(correction.get_filling_pixel()[0], 48);
         ProjectiveCorrection inside(&input, &output);
-        inside.set_control_points(warp_test::own_corners(60, 60));
+        inside.set_control_points(support::own_corners(60, 60));
         inside.run_correction();
         EXPECT_EQ(inside.get_filling_pixel()[0], 255);
     }
     common::BasicImage output;
     ProjectiveCorrection correction(&input, &output);
-    correction.set_control_points(warp_test::corners(0, 0, 59, 0, 59, 80, 0, 80));
+    correction.set_control_points(support::corners(0, 0, 59, 0, 59, 80, 0, 80));
     correction.run_correction();
     EXPECT_EQ(correction.get_filling_pixel()[0], 36);
     ASSERT_EQ(output.get_height(), 81);
@@ -352,7 +352,7 @@ TEST(FillColour, FourByteImageThrowsWhenTheWarpLeavesIt) {
     common::BasicImage input(20, 20, common::BGRA);
     common::BasicImage output;
     ProjectiveCorrection correction(&input, &output);
-    correction.set_control_points(warp_test::corners(0, 0, 19, 0, 19, 30, 0, 30));
+    correction.set_control_points(support::corners(0, 0, 19, 0, 19, 30, 0, 30));
     try {
         correction.run_correction();
         FAIL() << "a four-byte image has no strip pixels";
@@ -364,7 +364,7 @@ TEST(FillColour, FourByteImageThrowsWhenTheWarpLeavesIt) {
     ProjectiveCorrection known(&input, &given);
     known.set_filling_mode(0);
     for (int i = 0; i < 4; ++i) known.get_filling_pixel()[i] = static_cast<unsigned char>(10 + i);
-    known.set_control_points(warp_test::corners(0, 0, 19, 0, 19, 30, 0, 30));
+    known.set_control_points(support::corners(0, 0, 19, 0, 19, 30, 0, 30));
     known.run_correction();
     const unsigned char* last = given.get_data() + (given.get_height() - 1) * given.get_row_size();
     for (int i = 0; i < 4; ++i) EXPECT_EQ(last[i], 10 + i);

@@ -7,11 +7,11 @@
 #include <list>
 #include <vector>
 
-#include "blob_scenes.h"
+#include "support/blob_scenes.h"
 #include "pageanalysis/text_blob_examiner.h"
 
 using namespace geometric;
-using namespace test_support;
+using namespace support;
 
 namespace {
 

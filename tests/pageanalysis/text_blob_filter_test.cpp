@@ -9,11 +9,11 @@
 #include <list>
 #include <vector>
 
-#include "blob_scenes.h"
+#include "support/blob_scenes.h"
 #include "pageanalysis/text_blob_filter.h"
 
 using namespace geometric;
-using namespace test_support;
+using namespace support;
 
 namespace {
 

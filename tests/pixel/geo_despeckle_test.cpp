@@ -6,10 +6,10 @@
 
 #include "common/basic_image.h"
 #include "pixel/geo_despeckle.h"
-#include "bit_buffer.h"
+#include "support/references.h"
 
 using geometric::GeoDespeckle;
-using test_support::BitBuffer;
+using support::BitBuffer;
 
 namespace {
 

@@ -9,10 +9,10 @@
 
 #include "common/basic_image.h"
 #include "pixel/geo_morphological.h"
-#include "bit_buffer.h"
+#include "support/references.h"
 
 using geometric::GeoMorphological;
-using test_support::BitBuffer;
+using support::BitBuffer;
 
 namespace {
 

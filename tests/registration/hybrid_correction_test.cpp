@@ -9,6 +9,7 @@
 #include "common/basic_image.h"
 #include "correction/projective_correction.h"
 #include "registration/hybrid_registration.h"
+#include "support/images.h"
 
 using common::BasicImage;
 using geometric::Geocoordinate;
@@ -16,11 +17,6 @@ using hybrid::HybridRegistration;
 
 namespace {
 
-BasicImage gray_image(int height, int width, unsigned char value) {
-    BasicImage image(height, width, common::GRAY);
-    if (image.get_data() != nullptr) std::memset(image.get_data(), value, static_cast<size_t>(image.get_data_size()));
-    return image;
-}
 
 // Corners whose top-left lies outside the 40 x 40 page, so that output pixel
 // (0, 0) takes the fill colour; the other three lie on pixels inside.
@@ -29,7 +25,7 @@ const ControlPointCorners kPartlyOutside = {{-10, 30, 30, 2}, {-10, 3, 30, 35}};
 }  // namespace
 
 TEST(HybridRun, FindsNothingYetAndFallsBackToTheWholeImage) {
-    BasicImage image = gray_image(40, 60, 200);
+    BasicImage image = support::flat_image(40, 60, 200);
     for (int method : {0, 1}) {
         HybridRegistration driver(&image);
         driver.set_registration_method(method);
@@ -44,7 +40,7 @@ TEST(HybridRun, FindsNothingYetAndFallsBackToTheWholeImage) {
 }
 
 TEST(HybridRun, RunProgramEmptiesTheCornersAndTheMark) {
-    BasicImage image = gray_image(40, 60, 200);
+    BasicImage image = support::flat_image(40, 60, 200);
     HybridRegistration driver(&image);
     driver.reset_four_corners(kPartlyOutside);
     driver.reset_four_corners({{1, 2, 3, 4}, {5, 6, 7, 8}});
@@ -55,7 +51,7 @@ TEST(HybridRun, RunProgramEmptiesTheCornersAndTheMark) {
 }
 
 TEST(HybridRun, RefusedImageGivesZeroFromTheProgramAndMinusOneFromTheEdgeSearch) {
-    BasicImage image = gray_image(100, 800, 200);
+    BasicImage image = support::flat_image(100, 800, 200);
     for (int method : {0, 1}) {
         HybridRegistration driver(&image);
         driver.set_registration_method(method);
@@ -72,7 +68,7 @@ TEST(HybridRun, BgraAndAFeatureSearchBeforeTheEdgeSearchThrow) {
     HybridRegistration driver(&bgra);
     EXPECT_EQ(driver.run_program(), 0);  // the program ends with zero, the edge search throws
     EXPECT_THROW(driver.run_edge_searching(true), const char*);
-    BasicImage image = gray_image(40, 60, 200);
+    BasicImage image = support::flat_image(40, 60, 200);
     HybridRegistration early(&image);
     EXPECT_THROW(early.run_feature_searching(), const char*);
 }
@@ -93,7 +89,7 @@ TEST(HybridFill, SourcesOfTheColourTable) {
         {"a diamond with every corner outside", false, true, {{-5, 20, 45, 20}, {20, -5, 20, 45}}, 200},
     };
     for (const Case& c : cases) {
-        BasicImage image = gray_image(40, 40, 200);
+        BasicImage image = support::flat_image(40, 40, 200);
         image.set_pixel(30, 3, 90);   // under corner 1
         image.set_pixel(30, 30, 50);  // under corner 2
         image.set_pixel(2, 35, 70);   // under corner 3
@@ -156,7 +152,7 @@ TEST(HybridCorrection, MatchesAPlainCorrectionOnTheSameCorners) {
 }
 
 TEST(HybridCorrection, WorkingImageVariantsWaitForARun) {
-    BasicImage image = gray_image(3001, 1000, 120);
+    BasicImage image = support::flat_image(3001, 1000, 120);
     HybridRegistration driver(&image);
     int width = 0, height = 0;
     driver.obtain_corrected_downsampled_img_dimension(width, height);
@@ -180,7 +176,7 @@ TEST(HybridCorrection, WorkingImageVariantsWaitForARun) {
 }
 
 TEST(HybridResolution, FallsBackToThreeHundredWithoutPageAnalysis) {
-    BasicImage image = gray_image(40, 60, 200);
+    BasicImage image = support::flat_image(40, 60, 200);
     HybridRegistration driver(&image);
     EXPECT_EQ(driver.estimate_spatial_resolution(), 300);
     for (common::ImageType type : {common::GRAY, common::RGB, common::BINARY}) {
@@ -192,7 +188,7 @@ TEST(HybridResolution, FallsBackToThreeHundredWithoutPageAnalysis) {
 }
 
 TEST(HybridVanishingPoints, ScaledByTheRate) {
-    BasicImage image = gray_image(40, 60, 200);
+    BasicImage image = support::flat_image(40, 60, 200);
     HybridRegistration driver(&image);
     driver.run_program();
     driver.downsampling_rate = 3;

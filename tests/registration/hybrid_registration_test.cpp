@@ -11,27 +11,17 @@
 #include "pixel/image_integer_down_sampling.h"
 #include "registration/hybrid_registration.h"
 #include "registration/pending_search_registration.h"
+#include "support/images.h"
 
 using common::BasicImage;
 using geometric::Geocoordinate;
 using hybrid::HybridRegistration;
 
+using support::bytes_of;
+
 namespace {
 
-BasicImage gray_image(int height, int width, unsigned char value = 200) {
-    BasicImage image(height, width, common::GRAY);
-    if (image.get_data() != nullptr) std::memset(image.get_data(), value, static_cast<size_t>(image.get_data_size()));
-    return image;
-}
-
-std::vector<unsigned char> bytes_of(const BasicImage& image) {
-    return std::vector<unsigned char>(image.get_data(), image.get_data() + image.get_data_size());
-}
-
-std::vector<Geocoordinate<float>> quad(float x0, float y0, float x1, float y1, float x2, float y2, float x3,
-                                       float y3) {
-    return {{x0, y0}, {x1, y1}, {x2, y2}, {x3, y3}};
-}
+BasicImage gray_image(int height, int width) { return support::flat_image(height, width, 200); }
 
 }  // namespace
 
@@ -103,8 +93,8 @@ TEST(HybridPreprocessing, BinaryInputBecomesGrayAndRateOneCopies) {
 }
 
 TEST(HybridPreprocessing, SecondRunKeepsTheFirstWorkingImage) {
-    BasicImage first = gray_image(20, 30, 10);
-    BasicImage second = gray_image(3001, 40, 250);
+    BasicImage first = support::flat_image(20, 30, 10);
+    BasicImage second = support::flat_image(3001, 40, 250);
     HybridRegistration driver(&first);
     ASSERT_EQ(driver.preprocessing(), 1);
     const BasicImage* working = driver.downsampled_image;
@@ -145,8 +135,8 @@ protected:
 TEST_F(HybridResult, ReturnCodeTableRowByRow) {
     // Passing corners: the check answers 1. Failing corners (outside the
     // image with within_the_image on): the check answers -3.
-    const auto passing = quad(10, 10, 180, 10, 180, 90, 10, 90);
-    const auto failing = quad(-5, 10, 180, 10, 180, 90, 10, 90);
+    const auto passing = support::corners(10, 10, 180, 10, 180, 90, 10, 90);
+    const auto failing = support::corners(-5, 10, 180, 10, 180, 90, 10, 90);
     struct Flags { bool edge_corners; bool check; };
     const Flags flags[] = {{true, true}, {true, false}, {false, true}, {false, false}};
     driver.within_the_image = true;
@@ -172,18 +162,18 @@ TEST_F(HybridResult, ReturnCodeTableRowByRow) {
 TEST_F(HybridResult, OutputCheckCodes) {
     struct Case { const char* what; std::vector<Geocoordinate<float>> corners; bool within; int expected; };
     const Case cases[] = {
-        {"inside", quad(10, 10, 180, 10, 180, 90, 10, 90), true, 1},
-        {"left of corner 0", quad(-0.5f, 10, 180, 10, 180, 90, 10, 90), true, -3},
-        {"left of corner 3", quad(10, 10, 180, 10, 180, 90, -1, 90), true, -3},
-        {"right of corner 1", quad(10, 10, 199.5f, 10, 180, 90, 10, 90), true, -3},
-        {"right of corner 2", quad(10, 10, 180, 10, 200, 90, 10, 90), true, -3},
-        {"above corner 1", quad(10, 10, 180, -1, 180, 90, 10, 90), true, -3},
-        {"below corner 3", quad(10, 10, 180, 10, 180, 90, 10, 99.5f), true, -3},
-        {"at the last pixel", quad(0, 0, 199, 0, 199, 99, 0, 99), true, 1},
-        {"outside without the flag", quad(-50, -50, 250, -50, 250, 150, -50, 150), false, 1},
-        {"not convex", quad(10, 10, 180, 10, 60, 40, 10, 90), false, -5},
-        {"sharp angle at corner 1", quad(10, 10, 190, 50, 20, 80, 10, 60), false, -5},
-        {"too thin", quad(10, 10, 14, 10, 14, 12, 10, 12), false, -6},
+        {"inside", support::corners(10, 10, 180, 10, 180, 90, 10, 90), true, 1},
+        {"left of corner 0", support::corners(-0.5f, 10, 180, 10, 180, 90, 10, 90), true, -3},
+        {"left of corner 3", support::corners(10, 10, 180, 10, 180, 90, -1, 90), true, -3},
+        {"right of corner 1", support::corners(10, 10, 199.5f, 10, 180, 90, 10, 90), true, -3},
+        {"right of corner 2", support::corners(10, 10, 180, 10, 200, 90, 10, 90), true, -3},
+        {"above corner 1", support::corners(10, 10, 180, -1, 180, 90, 10, 90), true, -3},
+        {"below corner 3", support::corners(10, 10, 180, 10, 180, 90, 10, 99.5f), true, -3},
+        {"at the last pixel", support::corners(0, 0, 199, 0, 199, 99, 0, 99), true, 1},
+        {"outside without the flag", support::corners(-50, -50, 250, -50, 250, 150, -50, 150), false, 1},
+        {"not convex", support::corners(10, 10, 180, 10, 60, 40, 10, 90), false, -5},
+        {"sharp angle at corner 1", support::corners(10, 10, 190, 50, 20, 80, 10, 60), false, -5},
+        {"too thin", support::corners(10, 10, 14, 10, 14, 12, 10, 12), false, -6},
     };
     for (const Case& c : cases) {
         set_corners(c.corners);
@@ -195,12 +185,12 @@ TEST_F(HybridResult, OutputCheckCodes) {
 TEST_F(HybridResult, AreaLimitDependsOnTheOutputProportions) {
     // Output 61 x 46 (ratio 1.326): the full limit 0.05 of 20000 pixels
     // applies; 60 x 45 = 2700 pixels is 0.135 and passes, 0.2 fails.
-    set_corners(quad(0, 0, 60, 0, 60, 45, 0, 45));
+    set_corners(support::corners(0, 0, 60, 0, 60, 45, 0, 45));
     EXPECT_EQ(driver.check_projective_output(), 1);
     driver.set_minimum_aoi_area(0.2f);
     EXPECT_EQ(driver.check_projective_output(), -4);
     // A square output of the same area meets only 0.2 - 0.1.
-    set_corners(quad(0, 0, 52, 0, 52, 52, 0, 52));
+    set_corners(support::corners(0, 0, 52, 0, 52, 52, 0, 52));
     EXPECT_EQ(driver.check_projective_output(), 1);
     driver.set_minimum_aoi_area(0.15f);
     EXPECT_EQ(driver.check_projective_output(), 1);
@@ -210,7 +200,7 @@ TEST_F(HybridResult, AreaLimitDependsOnTheOutputProportions) {
 
 TEST_F(HybridResult, LargestDimensionMustExceedTheThreshold) {
     // Output 21 x 101 of a 200 x 100 input: width share 0.105, height share 1.01.
-    set_corners(quad(0, 0, 20, 0, 20, 100, 0, 100));
+    set_corners(support::corners(0, 0, 20, 0, 20, 100, 0, 100));
     driver.minimum_aoi_area = -1.0f;
     driver.minimum_largest_dimension_percentage_threshold = 1.0;
     EXPECT_EQ(driver.check_projective_output(), 1);
@@ -221,7 +211,7 @@ TEST_F(HybridResult, LargestDimensionMustExceedTheThreshold) {
 TEST_F(HybridResult, InternalCornersComeFromTheObjectsTimesTheRate) {
     driver.downsampling_rate = 2;
     auto* edge = new hybrid::PendingSearchRegistration(&image);
-    edge->corners = quad(1, 2, 30, 2, 30, 40, 1.25f, 40);
+    edge->corners = support::corners(1, 2, 30, 2, 30, 40, 1.25f, 40);
     driver.edge_registration = edge;
     driver.obtain_internal_corners();
     ASSERT_EQ(driver.corners.size(), 4u);
@@ -230,7 +220,7 @@ TEST_F(HybridResult, InternalCornersComeFromTheObjectsTimesTheRate) {
     EXPECT_EQ(driver.corners[2].y, 80.0f);
 
     // A list that exists is left alone.
-    edge->corners = quad(0, 0, 1, 0, 1, 1, 0, 1);
+    edge->corners = support::corners(0, 0, 1, 0, 1, 1, 0, 1);
     driver.obtain_internal_corners();
     EXPECT_EQ(driver.corners[1].x, 60.0f);
 
@@ -239,7 +229,7 @@ TEST_F(HybridResult, InternalCornersComeFromTheObjectsTimesTheRate) {
     driver.corners.clear();
     driver.feature_registration = new hybrid::PendingSearchRegistration(&image);
     driver.obtain_internal_corners();
-    const auto whole = quad(0, 0, 199, 0, 199, 99, 0, 99);
+    const auto whole = support::corners(0, 0, 199, 0, 199, 99, 0, 99);
     for (int i = 0; i < 4; ++i) {
         EXPECT_EQ(driver.corners[i].x, whole[i].x);
         EXPECT_EQ(driver.corners[i].y, whole[i].y);
@@ -247,7 +237,7 @@ TEST_F(HybridResult, InternalCornersComeFromTheObjectsTimesTheRate) {
 }
 
 TEST_F(HybridResult, FourCornersRoundByFloorOfValuePlusHalf) {
-    set_corners(quad(1.5f, 2.49f, -0.5f, -1.5f, 10.4999f, -0.51f, 7.0f, 2.5f));
+    set_corners(support::corners(1.5f, 2.49f, -0.5f, -1.5f, 10.4999f, -0.51f, 7.0f, 2.5f));
     ControlPointCorners out;
     driver.obtain_four_corners(out);
     const int xs[4] = {2, 0, 10, 7};

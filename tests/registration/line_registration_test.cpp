@@ -1,7 +1,7 @@
 // The driver's edge search: the staged search's sides as bounding lines.
 #include <gtest/gtest.h>
 
-#include "cornersearch/page_photos.h"
+#include "support/images.h"
 #include "registration/line_registration.h"
 
 namespace geometric_test {
@@ -36,7 +36,7 @@ TEST(LineRegistration, SidesHuggingTheImageBorderAreDropped) {
 
 TEST(LineRegistration, TranslatesTheFourSidesOfAPage) {
     const common::BasicImage photo =
-        page_photos::photo(800, 600, page_photos::quad(160, 100, 660, 60, 720, 540, 100, 500));
+        support::photo(800, 600, support::quad(160, 100, 660, 60, 720, 540, 100, 500));
     LineRegistration registration(&photo, OperationalBoundingEdgeRegistration::BINARY_EDGE_SEARCH);
     EXPECT_EQ(registration.run_registration(), geometric::REGISTRATION_TWO_VANISHING_POINTS);
     ASSERT_EQ(registration.corners.size(), 4u);

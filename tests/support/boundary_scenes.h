@@ -1,7 +1,7 @@
 // Boundaries and arrays with answers known by construction, and a bitwise
 // comparison of two arrays' state.
-#ifndef MORVANE_TESTS_CORNERSEARCH_BOUNDARY_SCENES_H
-#define MORVANE_TESTS_CORNERSEARCH_BOUNDARY_SCENES_H
+#ifndef MORVANE_TESTS_SUPPORT_BOUNDARY_SCENES_H
+#define MORVANE_TESTS_SUPPORT_BOUNDARY_SCENES_H
 
 #include <cstring>
 #include <string>
@@ -11,7 +11,7 @@
 #include "cornersearch/bounding_line.h"
 #include "cornersearch/bounding_line_array_wrapper.h"
 
-namespace boundary_scenes {
+namespace support {
 
 using geometric::BoundingLinePosition;
 using geometric_test::BoundingLine;
@@ -53,12 +53,11 @@ inline void place_rectangle(BoundingLineArrayWrapper& wrapper, const Rectangle& 
 // both edges included, on a dark background (30).
 inline common::BasicImage page_image(int width, int height, const Rectangle& page) {
     common::BasicImage image(height, width, common::GRAY);
-    for (int y = 0; y < height; ++y) {
+    for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             const bool inside = x >= page.left && x <= page.right && y >= page.top && y <= page.bottom;
             image.set_pixel(x, y, inside ? 200u : 30u);
         }
-    }
     return image;
 }
 
@@ -106,6 +105,6 @@ inline std::string valid_slots(const BoundingLineArrayWrapper& wrapper) {
     return result;
 }
 
-}  // namespace boundary_scenes
+}  // namespace support
 
 #endif
