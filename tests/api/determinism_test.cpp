@@ -4,240 +4,135 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <vector>
 
 #include "morvane/morvane.h"
+#include "support/pixels.h"
 
 namespace {
 
-// A tilted bright page with dark text strokes on a darker desk, with a
-// little deterministic noise so that no two rows are alike.
-struct PhotographedPage {
-    int width, height, channels;
-    std::vector<unsigned char> pixels;
+typedef std::vector<unsigned char> Bytes;
 
-    PhotographedPage(int w, int h, int c) : width(w), height(h), channels(c), pixels(static_cast<size_t>(w) * h * c) {
-        unsigned state = 12345u;
-        for (int y = 0; y < h; ++y) {
-            for (int x = 0; x < w; ++x) {
-                state = state * 1103515245u + 12345u;
-                const double u = x - 0.08 * y, v = y + 0.05 * x;  // page coordinates, a few degrees off
-                const bool on_page = u > 0.1 * w && u < 0.85 * w && v > 0.1 * h && v < 0.9 * h;
-                const bool text = on_page && static_cast<int>(v) % 14 < 3 && u > 0.18 * w && u < 0.75 * w;
-                const int base = text ? 40 : (on_page ? 215 : 70);
-                for (int k = 0; k < c; ++k)
-                    pixels[(static_cast<size_t>(y) * w + x) * c + k] =
-                        static_cast<unsigned char>(base + static_cast<int>((state >> 16) % 9) - 4 + 3 * k);
-            }
-        }
-    }
+template <typename T>
+void append(Bytes& out, const T* values, size_t count) {
+    const unsigned char* bytes = reinterpret_cast<const unsigned char*>(values);
+    out.insert(out.end(), bytes, bytes + count * sizeof(T));
+}
 
+// A tilted page with text marks on a desk.
+struct Page {
+    int width = 320, height = 240, channels;
+    Bytes pixels;
+    explicit Page(int c)
+        : channels(c), pixels(support::page_photo(320, 240, support::quad(30, 25, 290, 40, 300, 230, 12, 215), c)) {}
     ImageCApi record() { return ImageCApi{width, height, 0, 0, channels, 0, pixels.data()}; }
 };
 
+// Runs `steps` steps of a family on one handle, twice, and on two handles
+// interleaved step by step; every run must give the bytes of the first.
+void expect_repeatable(const std::function<void*()>& create, const std::function<void(void*)>& destroy, int steps,
+                       const std::function<void(void*, int, Bytes&)>& step) {
+    Bytes alone[2], together[2];
+    for (Bytes& answer : alone) {
+        void* handle = create();
+        for (int s = 0; s < steps; ++s) step(handle, s, answer);
+        destroy(handle);
+    }
+    void* handles[2] = {create(), create()};
+    for (int s = 0; s < steps; ++s)
+        for (int h = 0; h < 2; ++h) step(handles[h], s, together[h]);
+    for (void* handle : handles) destroy(handle);
+    EXPECT_FALSE(alone[0].empty());
+    EXPECT_EQ(alone[0], alone[1]);
+    EXPECT_EQ(alone[0], together[0]);
+    EXPECT_EQ(alone[0], together[1]);
+}
+
 const ControlPointCorners kTilted = {{30, 290, 300, 12}, {25, 40, 230, 215}};
 
-// Everything a corrector reports after one run, as bytes.
-struct CorrectorAnswer {
-    int code = 0;
-    ControlPointCorners corners{};
-    VanishingPointsCApi points{};
-    int width = 0, height = 0;
-    std::vector<unsigned char> corrected;
-
-    bool operator==(const CorrectorAnswer& o) const {
-        return code == o.code && std::memcmp(&corners, &o.corners, sizeof corners) == 0 &&
-               std::memcmp(&points, &o.points, sizeof points) == 0 && width == o.width && height == o.height &&
-               corrected == o.corrected;
-    }
-};
-
-// The steps of one corrector run; step i of two handles can be interleaved.
-void corrector_step(int step, void* handle, ImageCApi& input, CorrectorAnswer& answer) {
-    switch (step) {
-        case 0: answer.code = run_projective_correction(handle, &input); break;
-        case 1:
-            obtain_four_corners(handle, &answer.corners);
-            std::memset(&answer.points, 0, sizeof answer.points);  // padding bytes take part in the comparison
-            obtain_vanishing_point(handle, &answer.points);
-            break;
-        case 2: obtain_corrected_img_dimension(handle, &answer.width, &answer.height); break;
-        case 3: {
-            answer.corrected.assign(static_cast<size_t>(answer.width) * answer.height * input.channels, 0);
-            ImageCApi out = {answer.width, answer.height, 0, 0, input.channels, 0, answer.corrected.data()};
-            obtain_corrected_image(handle, &out);
-            break;
-        }
-        case 4: {
-            // Then the caller's corners, over the found ones.
-            obtain_corrected_img_dimension_given_corners(handle, &kTilted, &answer.width, &answer.height);
-            std::vector<unsigned char> out_pixels(static_cast<size_t>(answer.width) * answer.height * input.channels);
-            ImageCApi out = {answer.width, answer.height, 0, 0, input.channels, 0, out_pixels.data()};
-            obtain_corrected_image_given_corners(handle, &input, &kTilted, &out);
-            answer.corrected.insert(answer.corrected.end(), out_pixels.begin(), out_pixels.end());
-            break;
-        }
-        default: break;
-    }
-}
-
-constexpr int kCorrectorSteps = 5;
-
-std::vector<double> segments(void* lsd, const ImageCApi& image) {
-    int count = 0;
-    double* lines = search_for_line_segments(lsd, &image, &count);
-    std::vector<double> copy(lines, lines + 7 * count);
-    clean_lines(lines);
-    return copy;
-}
-
 }  // namespace
 
-TEST(Determinism, FreeFunctionsAnswerTheSameBytesTwice) {
+TEST(Determinism, CorrectorAndFreeFunctions) {
     for (int channels : {1, 3}) {
-        PhotographedPage page(320, 240, channels);
+        Page page(channels);
         ImageCApi input = page.record();
-        int w = 0, h = 0;
-        obtain_output_image_dimension(&kTilted, &w, &h);
-        std::vector<unsigned char> first(static_cast<size_t>(w) * h * channels), second(first.size(), 7);
-        ImageCApi out1 = {w, h, 0, 0, channels, 0, first.data()};
-        ImageCApi out2 = {w, h, 0, 0, channels, 0, second.data()};
-        perform_projective_correction(&kTilted, &input, &out1);
-        perform_projective_correction(&kTilted, &input, &out2);
-        EXPECT_EQ(first, second) << channels << " channels";
+        expect_repeatable(corrector_create, destroy_corrector, 3, [&](void* handle, int step, Bytes& out) {
+            int width = 0, height = 0;
+            if (step == 0) {
+                const int code = run_projective_correction(handle, &input);
+                ControlPointCorners corners;
+                VanishingPointsCApi points;
+                std::memset(&points, 0, sizeof points);  // padding takes part in the comparison
+                obtain_four_corners(handle, &corners);
+                obtain_vanishing_point(handle, &points);
+                append(out, &code, 1);
+                append(out, &corners, 1);
+                append(out, &points, 1);
+                return;
+            }
+            if (step == 1) obtain_corrected_img_dimension(handle, &width, &height);
+            if (step == 2) obtain_corrected_img_dimension_given_corners(handle, &kTilted, &width, &height);
+            Bytes pixels(static_cast<size_t>(width) * height * channels);
+            ImageCApi output = {width, height, 0, 0, channels, 0, pixels.data()};
+            if (step == 1) obtain_corrected_image(handle, &output);
+            if (step == 2) obtain_corrected_image_given_corners(handle, &input, &kTilted, &output);
+            out.insert(out.end(), pixels.begin(), pixels.end());
+        });
+        expect_repeatable([] { return nullptr; }, [](void*) {}, 1, [&](void*, int, Bytes& out) {
+            int width = 0, height = 0;
+            obtain_output_image_dimension(&kTilted, &width, &height);
+            Bytes pixels(static_cast<size_t>(width) * height * channels, 7);
+            ImageCApi output = {width, height, 0, 0, channels, 0, pixels.data()};
+            perform_projective_correction(&kTilted, &input, &output);
+            out.insert(out.end(), pixels.begin(), pixels.end());
+        });
     }
 }
 
-TEST(Determinism, CorrectorAnswersTheSameTwiceAndWhenTwoHandlesInterleave) {
-    for (int channels : {1, 3}) {
-        PhotographedPage page(320, 240, channels);
-        ImageCApi input = page.record();
-        CorrectorAnswer alone[2], together[2];
-        for (CorrectorAnswer& answer : alone) {
-            void* handle = corrector_create();
-            for (int step = 0; step < kCorrectorSteps; ++step) corrector_step(step, handle, input, answer);
-            destroy_corrector(handle);
-        }
-        void* a = corrector_create();
-        void* b = corrector_create();
-        for (int step = 0; step < kCorrectorSteps; ++step) {
-            corrector_step(step, a, input, together[0]);
-            corrector_step(step, b, input, together[1]);
-        }
-        destroy_corrector(a);
-        destroy_corrector(b);
-        EXPECT_FALSE(alone[0].corrected.empty());
-        EXPECT_TRUE(alone[0] == alone[1]) << channels << " channels";
-        EXPECT_TRUE(alone[0] == together[0]) << channels << " channels";
-        EXPECT_TRUE(alone[0] == together[1]) << channels << " channels";
-    }
-}
-
-TEST(Determinism, LineSegmentsAnswerTheSameBytesTwiceAndWhenTwoHandlesInterleave) {
-    PhotographedPage page(320, 240, 1), other(200, 300, 1);
-    const ImageCApi input = page.record(), second_input = other.record();
-    void* alone = lsd_create();
-    const std::vector<double> first = segments(alone, input);
-    const std::vector<double> first_other = segments(alone, second_input);
-    EXPECT_FALSE(first.empty());
-    EXPECT_EQ(segments(alone, input), first);
-    destroy_lsd(alone);
-
-    void* a = lsd_create();
-    void* b = lsd_create();
-    for (int round = 0; round < 2; ++round) {
-        EXPECT_EQ(segments(a, input), first);
-        EXPECT_EQ(segments(b, second_input), first_other);
-    }
-    destroy_lsd(a);
-    destroy_lsd(b);
-}
-
-namespace {
-
-// Labels, sizes, top points and contours of one calculator, concatenated.
-std::vector<int> blob_answer(void* calculator, const ImageCApi& image, int step) {
-    std::vector<int> out;
-    const int count = perform_blob_formulation(calculator, &image);
-    out.push_back(count);
-    if (step == 0) {
-        std::vector<int> labels(static_cast<size_t>(image.width + 2) * (image.height + 2));
-        calculate_label_image(calculator, &image, labels.data(), 1);
-        out.insert(out.end(), labels.begin(), labels.end());
-    } else if (step == 1) {
-        std::vector<int> a(static_cast<size_t>(count)), b(a.size());
-        obtain_blob_dimension_histogram(calculator, &image, a.data(), b.data());
-        out.insert(out.end(), a.begin(), a.end());
-        out.insert(out.end(), b.begin(), b.end());
-        obtain_blob_top_points(calculator, &image, a.data(), b.data());
-        out.insert(out.end(), a.begin(), a.end());
-        out.insert(out.end(), b.begin(), b.end());
-    } else {
-        int* xs = nullptr;
-        int* ys = nullptr;
-        const int points = obtain_blob_contours_one_by_one(calculator, &image, &xs, &ys, &std::malloc);
-        out.insert(out.end(), xs, xs + points);
-        out.insert(out.end(), ys, ys + points);
-        std::free(xs);
-        std::free(ys);
-    }
-    return out;
-}
-
-}  // namespace
-
-TEST(Determinism, BlobCalculatorAnswersTheSameTwiceAndWhenTwoHandlesInterleave) {
-    PhotographedPage page(320, 240, 1);
-    // Only 255 is background in a gray record: the text strokes and the desk
-    // become components once the paper is made white.
-    for (unsigned char& v : page.pixels) v = v > 150 ? 255 : v;
-    const ImageCApi image = page.record();
-    std::vector<int> alone[2][3], together[2][3];
-    for (auto& run : alone) {
-        void* calculator = create_blob_calculator();
-        for (int step = 0; step < 3; ++step) run[step] = blob_answer(calculator, image, step);
-        delete_blob_calculator(calculator);
-    }
-    void* a = create_blob_calculator();
-    void* b = create_blob_calculator();
-    for (int step = 0; step < 3; ++step) {
-        together[0][step] = blob_answer(a, image, step);
-        together[1][step] = blob_answer(b, image, step);
-    }
-    delete_blob_calculator(a);
-    delete_blob_calculator(b);
-    EXPECT_GT(alone[0][0][0], 1);
-    for (int step = 0; step < 3; ++step) {
-        EXPECT_EQ(alone[0][step], alone[1][step]) << step;
-        EXPECT_EQ(alone[0][step], together[0][step]) << step;
-        EXPECT_EQ(alone[0][step], together[1][step]) << step;
-    }
-}
-
-TEST(Determinism, CornerSearchAnswersTheSameTwiceAndWhenTwoHandlesInterleave) {
-    PhotographedPage page(320, 240, 1);
+TEST(Determinism, LineSegmentsCornerSearchAndBlobs) {
+    Page page(1);
     const ImageCApi input = page.record();
+    expect_repeatable(lsd_create, destroy_lsd, 2, [&](void* lsd, int, Bytes& out) {
+        int count = 0;
+        double* lines = search_for_line_segments(lsd, &input, &count);
+        append(out, lines, 7 * static_cast<size_t>(count));
+        clean_lines(lines);
+    });
     for (int method : {0, 6}) {
-        ControlPointCorners alone[2], together[2];
-        int codes[4];
-        for (int i = 0; i < 2; ++i) {
-            void* handle = create_corner_search_enginee(method);
-            codes[i] = perform_corner_searching(handle, &input, &alone[i]);
-            destroy_corner_search_enginee(handle);
-        }
-        void* a = create_corner_search_enginee(method);
-        void* b = create_corner_search_enginee(method);
-        codes[2] = perform_corner_searching(a, &input, &together[0]);
-        codes[3] = perform_corner_searching(b, &input, &together[1]);
-        // A second run on the same handles repeats the first.
-        codes[2] += 10 * perform_corner_searching(a, &input, &together[0]);
-        codes[3] += 10 * perform_corner_searching(b, &input, &together[1]);
-        destroy_corner_search_enginee(a);
-        destroy_corner_search_enginee(b);
-        EXPECT_EQ(codes[0], codes[1]) << method;
-        EXPECT_EQ(codes[2], 11 * codes[0]) << method;
-        EXPECT_EQ(codes[3], 11 * codes[0]) << method;
-        for (const ControlPointCorners& other : {alone[1], together[0], together[1]})
-            EXPECT_EQ(std::memcmp(&alone[0], &other, sizeof other), 0) << method;
+        expect_repeatable([method] { return create_corner_search_enginee(method); }, destroy_corner_search_enginee, 2,
+                          [&](void* engine, int, Bytes& out) {
+                              ControlPointCorners corners;
+                              const int code = perform_corner_searching(engine, &input, &corners);
+                              append(out, &code, 1);
+                              append(out, &corners, 1);
+                          });
     }
+    // Only 255 is background in a gray record: the marks and the desk become
+    // components once the paper is made white.
+    Page blobs(1);
+    for (unsigned char& v : blobs.pixels) v = v > 150 ? 255 : v;
+    const ImageCApi image = blobs.record();
+    expect_repeatable(create_blob_calculator, delete_blob_calculator, 3, [&](void* calculator, int step, Bytes& out) {
+        const int count = perform_blob_formulation(calculator, &image);
+        std::vector<int> a(static_cast<size_t>(count)), b(a.size());
+        if (step == 0) {
+            std::vector<int> labels(static_cast<size_t>(image.width + 2) * (image.height + 2));
+            calculate_label_image(calculator, &image, labels.data(), 1);
+            append(out, labels.data(), labels.size());
+        } else if (step == 1) {
+            obtain_blob_dimension_histogram(calculator, &image, a.data(), b.data());
+            append(out, a.data(), a.size());
+            obtain_blob_top_points(calculator, &image, a.data(), b.data());
+            append(out, b.data(), b.size());
+        } else {
+            int* xs = nullptr;
+            int* ys = nullptr;
+            const int points = obtain_blob_contours_one_by_one(calculator, &image, &xs, &ys, &std::malloc);
+            append(out, xs, static_cast<size_t>(points));
+            append(out, ys, static_cast<size_t>(points));
+            std::free(xs);
+            std::free(ys);
+        }
+    });
 }

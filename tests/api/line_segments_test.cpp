@@ -57,26 +57,6 @@ TEST(LineSegmentFamily, FindsTheFourSidesOfARectangleAsSevenValuesEach) {
     destroy_lsd(lsd);
 }
 
-TEST(LineSegmentFamily, TwoHandlesInterleavedAnswerTheSameBytes) {
-    Page page;
-    ImageCApi image = page.record();
-    void* a = lsd_create();
-    void* b = lsd_create();
-    int count_a = 0, count_b = 0, count_again = 0;
-    double* first = search_for_line_segments(a, &image, &count_a);
-    double* second = search_for_line_segments(b, &image, &count_b);
-    double* third = search_for_line_segments(a, &image, &count_again);
-    ASSERT_EQ(count_a, count_b);
-    ASSERT_EQ(count_a, count_again);
-    EXPECT_EQ(std::memcmp(first, second, sizeof(double) * 7 * count_a), 0);
-    EXPECT_EQ(std::memcmp(first, third, sizeof(double) * 7 * count_a), 0);
-    clean_lines(first);
-    clean_lines(second);
-    clean_lines(third);
-    destroy_lsd(a);
-    destroy_lsd(b);
-}
-
 TEST(LineSegmentFamily, NoPixelsOrNoEdgesGiveNoSegmentAndNull) {
     void* lsd = lsd_create();
     ImageCApi empty{50, 40, 0, 0, 1, 0, nullptr};
