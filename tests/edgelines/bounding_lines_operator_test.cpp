@@ -51,44 +51,32 @@ void expect_corners(const Corners& actual, const Corners& expected, float tolera
 
 TEST(BoundingLinesOperator, IndexesTheSidesAndOrdersTheEnds) {
     std::vector<BoundingLine> lines{
-        make(TOP_BOUNDARY, GeolineBase(), 300, 1, 10, 2),     // swapped by x
-        make(LEFT_BOUNDARY, GeolineBase(), 3, 250, 4, 5),     // swapped by y
-        make(INVALID_BOUNDARY, GeolineBase(), 9, 9, 1, 1),    // skipped, untouched
-        make(BOTTOM_BOUNDARY, GeolineBase(), 10, 7, 10, 3),   // equal x: stays
-        make(RIGHT_BOUNDARY, GeolineBase(), 8, 5, 6, 250),    // already in order
-        make(TOP_BOUNDARY, GeolineBase(), 1, 1, 2, 2),        // a second top line takes the index
+        make(TOP_BOUNDARY, GeolineBase(), 300, 1, 10, 2),    // swapped by x
+        make(LEFT_BOUNDARY, GeolineBase(), 3, 250, 4, 5),    // swapped by y
+        make(INVALID_BOUNDARY, GeolineBase(), 9, 9, 1, 1),   // skipped, untouched
+        make(BOTTOM_BOUNDARY, GeolineBase(), 10, 7, 10, 3),  // equal x: stays
+        make(RIGHT_BOUNDARY, GeolineBase(), 8, 5, 6, 250),   // already in order
+        make(TOP_BOUNDARY, GeolineBase(), 1, 1, 2, 2),       // a second top line takes the index
     };
     const BoundingLineProperty p = indexed(lines);
-    EXPECT_EQ(p.top_index, 5);
-    EXPECT_EQ(p.bottom_index, 3);
-    EXPECT_EQ(p.left_index, 1);
-    EXPECT_EQ(p.right_index, 4);
+    EXPECT_EQ((std::vector<int>{p.left_index, p.top_index, p.right_index, p.bottom_index}),
+              (std::vector<int>{1, 5, 4, 3}));
     EXPECT_EQ(p.horizontal_lines, (std::vector<int>{0, 3, 5}));
     EXPECT_EQ(p.vertical_lines, (std::vector<int>{1, 4}));
-    struct Ends {
-        float x1, y1, x2, y2;
-    };
-    const Ends expected[] = {{10, 2, 300, 1}, {4, 5, 3, 250}, {9, 9, 1, 1}, {10, 7, 10, 3}, {8, 5, 6, 250}, {1, 1, 2, 2}};
-    for (int i = 0; i < 6; ++i) {
-        EXPECT_EQ(lines[i].x1, expected[i].x1) << i;
-        EXPECT_EQ(lines[i].y1, expected[i].y1) << i;
-        EXPECT_EQ(lines[i].x2, expected[i].x2) << i;
-        EXPECT_EQ(lines[i].y2, expected[i].y2) << i;
-    }
-    // The angle disparities are not the index's business.
-    EXPECT_EQ(p.horizontal_angle_disparity, 45.0);
-}
+    const float expected[6][4] = {{10, 2, 300, 1}, {4, 5, 3, 250}, {9, 9, 1, 1}, {10, 7, 10, 3}, {8, 5, 6, 250},
+                                  {1, 1, 2, 2}};
+    for (int i = 0; i < 6; ++i)
+        EXPECT_EQ((std::vector<float>{lines[i].x1, lines[i].y1, lines[i].x2, lines[i].y2}),
+                  std::vector<float>(expected[i], expected[i] + 4))
+            << i;
+    EXPECT_EQ(p.horizontal_angle_disparity, 45.0);  // not the index's business
 
-TEST(BoundingLinesOperator, EmptyListLeavesThePropertyAlone) {
-    std::vector<BoundingLine> lines;
-    BoundingLineProperty p;
-    p.left_index = 7;
-    p.vertical_lines = {7};
-    BoundingLinesOperator::initializeBoundingLineProperty(lines, p);
-    EXPECT_EQ(p.left_index, 7);
-    EXPECT_EQ(p.vertical_lines, (std::vector<int>{7}));
-    EXPECT_EQ(p.top_index, -1);
-    EXPECT_EQ(BoundingLinesOperator::obtainSegmentLenSum(lines), 0);
+    std::vector<BoundingLine> none;
+    BoundingLineProperty untouched;
+    untouched.left_index = 7;
+    BoundingLinesOperator::initializeBoundingLineProperty(none, untouched);
+    EXPECT_EQ(untouched.left_index, 7);
+    EXPECT_EQ(BoundingLinesOperator::obtainSegmentLenSum(none), 0);
 }
 
 TEST(BoundingLinesOperator, MeanAnglesOfEachFamily) {
@@ -96,50 +84,38 @@ TEST(BoundingLinesOperator, MeanAnglesOfEachFamily) {
     std::vector<BoundingLine> lines{
         make(TOP_BOUNDARY, GeolineBase(std::tan(10 * rad), -1, 0)),
         make(BOTTOM_BOUNDARY, GeolineBase(std::tan(20 * rad), -1, 0)),
-        make(LEFT_BOUNDARY, GeolineBase(1, 0, -5)),                          // b = 0: 90
-        make(RIGHT_BOUNDARY, GeolineBase(-2, 2.220446049250313e-16, 0)),     // |b| at the epsilon: 90
+        make(LEFT_BOUNDARY, GeolineBase(1, 0, -5)),                       // b = 0: 90
+        make(RIGHT_BOUNDARY, GeolineBase(-2, 2.220446049250313e-16, 0)),  // |b| at the epsilon: 90
     };
     BoundingLineProperty p = indexed(lines);
     EXPECT_NEAR(BoundingLinesOperator::getHorizontalAngle(lines, p), 15.0f, 1e-5f);
     EXPECT_EQ(BoundingLinesOperator::getVerticalAngle(lines, p), 90.0f);
-
-    // The plain mean: 1 and 179 degrees give 90, not 0.
+    // The plain mean: 1 and 179 degrees give 90, not 0; no vertical line gives 0 / 0.
     std::vector<BoundingLine> wrapped{make(TOP_BOUNDARY, GeolineBase(std::tan(1 * rad), -1, 0)),
                                       make(BOTTOM_BOUNDARY, GeolineBase(std::tan(179 * rad), -1, 0))};
     BoundingLineProperty q = indexed(wrapped);
     EXPECT_NEAR(BoundingLinesOperator::getHorizontalAngle(wrapped, q), 90.0f, 1e-4f);
-    // No vertical line: 0 / 0.
     EXPECT_TRUE(std::isnan(BoundingLinesOperator::getVerticalAngle(wrapped, q)));
 }
 
-TEST(BoundingLinesOperator, CornersWhereTheSidesCross) {
+TEST(BoundingLinesOperator, CornersWhereTheSidesCrossOrAtTheOrigin) {
     std::vector<BoundingLine> lines = closed_frame();
     EXPECT_EQ(BoundingLinesOperator::obtainSegmentLenSum(lines), 1280);
     BoundingLineProperty p = indexed(lines);
     Corners corners{{5, 5}};
     BoundingLinesOperator::obtainBoundingLineControlPoints(lines, p, corners);
     expect_corners(corners, {{10, 20}, {390, 20}, {390, 280}, {10, 280}}, 0.0f);
-
-    // A slanted top, y = 0.1 x + 20, and a left side with unscaled
-    // coefficients, 2 x - 20 = 0.
+    // A slanted top, y = 0.1 x + 20, and a left side with unscaled coefficients, 2 x - 20 = 0.
     lines[1].line = GeolineBase(0.1, -1, 20);
     lines[0].line = GeolineBase(2, 0, -20);
     BoundingLinesOperator::obtainBoundingLineControlPoints(lines, p, corners);
     expect_corners(corners, {{10, 21}, {390, 59}, {390, 280}, {10, 280}}, 1e-4f);
-}
 
-TEST(BoundingLinesOperator, CornersThatDoNotExistStayAtTheOrigin) {
-    std::vector<BoundingLine> lines = closed_frame();
-    BoundingLineProperty p = indexed(lines);
-    lines[1].line = GeolineBase(1, 0, -200);  // the top runs parallel to left and right
-    Corners corners;
+    lines[1].line = GeolineBase(1, 0, -200);  // a top parallel to left and right
     BoundingLinesOperator::obtainBoundingLineControlPoints(lines, p, corners);
     expect_corners(corners, {{0, 0}, {0, 0}, {390, 280}, {10, 280}}, 0.0f);
-
-    // A side without a line: its two corners stay at the origin, no fault.
     lines = closed_frame();
-    p = indexed(lines);
-    p.bottom_index = -1;
+    p.bottom_index = -1;  // a side without a line
     BoundingLinesOperator::obtainBoundingLineControlPoints(lines, p, corners);
     expect_corners(corners, {{10, 20}, {390, 20}, {0, 0}, {0, 0}}, 0.0f);
     p = indexed(lines);
@@ -152,19 +128,13 @@ TEST(BoundingLinesOperator, UnclosedDistance) {
     std::vector<BoundingLine> lines = closed_frame();
     BoundingLineProperty p = indexed(lines);
     EXPECT_EQ(BoundingLinesOperator::obtainUnclosedDistance(lines, p), 0.0f);
-
-    // Each corner opened by a 3-4-5 gap: 20 in all. The left line's ends
-    // were ordered by y, so (x1, y1) is its top end.
-    lines[0].x1 = 13;
-    lines[0].y1 = 24;   // top left: 5
-    lines[2].x1 = 387;
-    lines[2].y1 = 24;   // top right: 5
-    lines[2].x2 = 386;
-    lines[2].y2 = 277;  // bottom right: 5
-    lines[0].x2 = 14;
-    lines[0].y2 = 277;  // bottom left: 5
+    // Each corner opened by a 3-4-5 gap: 20 in all. The left line's ends were
+    // ordered by y, so (x1, y1) is its top end.
+    lines[0].x1 = 13, lines[0].y1 = 24;    // top left
+    lines[2].x1 = 387, lines[2].y1 = 24;   // top right
+    lines[2].x2 = 386, lines[2].y2 = 277;  // bottom right
+    lines[0].x2 = 14, lines[0].y2 = 277;   // bottom left
     EXPECT_EQ(BoundingLinesOperator::obtainUnclosedDistance(lines, p), 20.0f);
-
     p.top_index = -1;
     EXPECT_TRUE(std::isinf(BoundingLinesOperator::obtainUnclosedDistance(lines, p)));
 }
