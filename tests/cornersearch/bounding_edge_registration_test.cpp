@@ -109,19 +109,14 @@ TEST(OperationalBoundingEdgeRegistration, BlankImagesAndTextureGiveNoPage) {
             EXPECT_LE(worst_corner_error(corners, frame), 3.0);
         }
     }
-    // The line stage is not part of the library: alone it fails, 300 - 1.
+    // The line stage is not part of the library: alone it fails, 300 - 1; an unknown mode runs no stage.
     OperationalBoundingEdgeRegistration line(OperationalBoundingEdgeRegistration::LINE_SEARCH);
     Corners corners;
     EXPECT_EQ(line.implement_registration(flat, corners), -1);
     EXPECT_EQ(line.method_code, 299);
-}
-
-TEST(OperationalBoundingEdgeRegistration, AnUnknownModeRunsNoStage) {
-    OperationalBoundingEdgeRegistration search(static_cast<OperationalBoundingEdgeRegistration::Method>(99));
-    const common::BasicImage photo = support::photo(200, 150, support::quad(40, 30, 160, 30, 160, 120, 40, 120));
-    Corners corners;
-    EXPECT_EQ(search.implement_registration(photo, corners), -1);
-    EXPECT_EQ(search.method_code, -1);
+    OperationalBoundingEdgeRegistration unknown(static_cast<OperationalBoundingEdgeRegistration::Method>(99));
+    EXPECT_EQ(unknown.implement_registration(flat, corners), -1);
+    EXPECT_EQ(unknown.method_code, -1);
     EXPECT_TRUE(corners.empty());
 }
 
@@ -130,9 +125,13 @@ TEST(ProjectiveRegistrationBase, QualifiesInputsAndScalesTheWorkingImage) {
     EXPECT_TRUE(search.is_input_qualified(common::BasicImage(10, 70, common::GRAY)));
     EXPECT_FALSE(search.is_input_qualified(common::BasicImage(10, 71, common::GRAY)));  // 7.1 : 1
     EXPECT_FALSE(search.is_input_qualified(common::BasicImage(9, 20, common::GRAY)));
+    // Colour becomes gray by luminance: pure blue is 29, not the mean 85.
     int rate = 0;
-    EXPECT_EQ(search.preprocessing_projective(common::BasicImage(1000, 1500, common::RGB), rate)->get_image_type(),
-              common::GRAY);
+    common::BasicImage blue(1000, 1500, common::RGB);
+    for (int x = 0; x < 1500; ++x) blue.set_pixel(x, 7, 0x0000FF);
+    const auto gray = search.preprocessing_projective(blue, rate);
+    EXPECT_EQ(gray->get_image_type(), common::GRAY);
+    EXPECT_EQ(gray->get_pixel(3, 7), 29u);
     EXPECT_EQ(rate, 1);
     // 6001 rows: halved twice to 1500, so the rate is 3 and the image 2000 high.
     const auto working = search.preprocessing_projective(common::BasicImage(6001, 100, common::GRAY), rate);
