@@ -35,11 +35,6 @@ bool same_bytes(const std::vector<LineSegmentRect>& a, const std::vector<LineSeg
 
 }  // namespace
 
-static_assert(sizeof(LineSegmentRect) == 12 * sizeof(double), "twelve doubles, nothing else");
-static_assert(offsetof(LineSegmentRect, width) == 4 * sizeof(double), "width is the fifth field");
-static_assert(offsetof(LineSegmentRect, p) == 9 * sizeof(double), "p is the tenth field");
-static_assert(offsetof(LineSegmentRect, log_nfa) == 11 * sizeof(double), "log_nfa is the twelfth field");
-
 // Uniform images, and images too small for a gradient, at both scale paths.
 TEST(LineSegmentGenerator, UniformOrTinyImagesHaveNoSegments) {
     for (double scale : {1.0, 0.8}) {

@@ -93,4 +93,11 @@ TEST(RegionRectangle, ARowOfPixelsGivesARectangleAlongIt) {
     // One pixel has no inertia: no rectangle.
     region.size = 1;
     EXPECT_FALSE(geometric::RegionRectangle::build(region, norms, 0.0, 0.39, 0.125, rect));
+    // A diagonal runs at 45 degrees, through its centre.
+    BlobCoordinatesWrapper diagonal(20, 20);
+    for (int k = 4; k < 12; ++k) diagonal.append(k, k);
+    ASSERT_TRUE(geometric::RegionRectangle::build(diagonal, ImageObject<double>(20, 20, 1.0), 0.8, 0.39, 0.125, rect));
+    EXPECT_NEAR(rect.theta, constants::kPi / 4, 1e-9);
+    EXPECT_DOUBLE_EQ(rect.x, 7.5);
+    EXPECT_NEAR(rect.x2 - rect.x1, 7.0, 1e-9);
 }

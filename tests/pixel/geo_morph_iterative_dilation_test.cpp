@@ -32,18 +32,6 @@ std::vector<unsigned char> rounds_by_hand(const common::BasicImage& source, int 
 
 }  // namespace
 
-TEST(GeoMorphIterativeDilation, OneRoundGivesTheRingWithoutThePixel) {
-    common::BasicImage image(7, 7, common::BINARY);
-    image.set_pixel(3, 3, 1);
-    GeoMorphIterativeDilation(1, true).dilate_image_iterative(image);
-    EXPECT_EQ(image.get_pixel(3, 3), 0u);
-    EXPECT_EQ(image.get_pixel(2, 2), 1u);
-    // The second round brings the centre back through the ring and keeps the
-    // first ring through the temporary.
-    GeoMorphIterativeDilation(1, true).dilate_image_iterative(image);
-    EXPECT_EQ(image.get_pixel(3, 3), 1u);
-}
-
 TEST(GeoMorphIterativeDilation, AccumulatesAndMasksLikeTheRoundsWrittenOut) {
     std::mt19937 random(2026u);
     for (int width : {13, 15, 16, 31, 32, 47}) {

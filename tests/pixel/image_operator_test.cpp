@@ -3,94 +3,53 @@
 
 #include <cmath>
 #include <cstring>
-#include <string>
 #include <vector>
 
-#include "common/basic_image.h"
 #include "pixel/image_operator.h"
+#include "support/images.h"
 
 using common::BasicImage;
 using geometric::ImageOperator;
 
-TEST(ImageOperator, CentralPatchOfAQuarterHasHalfEachSide) {
+TEST(ImageOperator, CentralPatchDifferenceAndSinglePrecisionMean) {
     BasicImage image(40, 60, common::RGB);
     for (int y = 0; y < 40; ++y)
         for (int x = 0; x < 60; ++x) image.set_pixel(x, y, static_cast<unsigned>(y << 16 | x << 8 | 7));
     BasicImage patch;
-    ImageOperator::fetch_image_patch_central(image, 0.25, patch);
+    ImageOperator::fetch_image_patch_central(image, 0.25, patch);  // a quarter: half of each side
     ASSERT_EQ(patch.get_width(), 30);
     ASSERT_EQ(patch.get_height(), 20);
-    EXPECT_EQ(patch.get_image_type(), common::RGB);
     EXPECT_EQ(patch.get_pixel(0, 0), image.get_pixel(15, 10));
     EXPECT_EQ(patch.get_pixel(29, 19), image.get_pixel(44, 29));
-}
+    EXPECT_THROW(ImageOperator::fetch_image_patch_central(BasicImage(8, 8, common::BINARY), 0.25, patch), const char*);
 
-TEST(ImageOperator, CentralPatchRefusesBinaryAndBgra) {
-    BasicImage patch;
-    for (common::ImageType type : {common::BINARY, common::BGRA, common::UNKNOWN}) {
-        BasicImage image(8, 8, type);
-        try {
-            ImageOperator::fetch_image_patch_central(image, 0.25, patch);
-            ADD_FAILURE() << "no exception for type " << type;
-        } catch (const char* text) {
-            EXPECT_STREQ(text, "UNKNOWN and BGRA types are not handled in fct get_pixel_pointer");
-        }
-    }
-}
-
-TEST(ImageOperator, SubstractSaturatesAtZeroIntoTheSecondImage) {
-    BasicImage first(1, 4, common::GRAY);
-    BasicImage second(1, 4, common::GRAY);
-    const unsigned char a[4] = {10, 10, 200, 0};
-    const unsigned char b[4] = {3, 10, 201, 255};
-    std::memcpy(first.get_data(), a, 4);
-    std::memcpy(second.get_data(), b, 4);
-    ImageOperator::substract(first, second);
-    const unsigned char expected[4] = {7, 0, 0, 0};
-    EXPECT_EQ(std::memcmp(second.get_data(), expected, 4), 0);
-    EXPECT_EQ(first.get_pixel(0, 0), 10u);
-    BasicImage other(2, 4, common::GRAY);
+    unsigned char a[4] = {10, 10, 200, 0}, b[4] = {3, 10, 201, 255};
+    BasicImage first(a, 1, 4, common::GRAY), second(b, 1, 4, common::GRAY), other(2, 4, common::GRAY);
+    ImageOperator::substract(first, second);  // saturating at zero, into the second
+    EXPECT_EQ(std::vector<unsigned char>(b, b + 4), (std::vector<unsigned char>{7, 0, 0, 0}));
     EXPECT_THROW(ImageOperator::substract(first, other), const char*);
-}
 
-TEST(ImageOperator, MeanCoversPaddingAndEmptyImages) {
-    BasicImage image(2, 2, common::GRAY);
-    const unsigned char bytes[4] = {0, 1, 2, 3};
-    std::memcpy(image.get_data(), bytes, 4);
-    EXPECT_FLOAT_EQ(ImageOperator::mean(image), 1.5f);
+    EXPECT_FLOAT_EQ(ImageOperator::mean(BasicImage(a, 2, 2, common::GRAY)), 55.0f);
     EXPECT_EQ(ImageOperator::mean(BasicImage()), 0.0f);
-}
-
-TEST(ImageOperator, MeanKeepsItsSumInSinglePrecision) {
     // 2^24 + 1 ones: a float sum stalls at 2^24, a double one would not.
     const int count = (1 << 24) + 1;
-    BasicImage image(1, count, common::GRAY);
-    std::memset(image.get_data(), 1, static_cast<size_t>(count));
-    EXPECT_EQ(ImageOperator::mean(image), 16777216.0f / static_cast<float>(count));
+    EXPECT_EQ(ImageOperator::mean(support::flat_image(1, count, 1)), 16777216.0f / static_cast<float>(count));
 }
 
-TEST(ImageOperator, CompleteBackgroundAndBorderText) {
+TEST(ImageOperator, BinaryTestsAndObjectCoordinates) {
     BasicImage binary(6, 40, common::BINARY);
     EXPECT_TRUE(ImageOperator::is_complete_background(binary));
-    EXPECT_FALSE(ImageOperator::image_border_contains_text(binary));
     binary.set_pixel(20, 3, 1);  // inside
     EXPECT_FALSE(ImageOperator::is_complete_background(binary));
     EXPECT_FALSE(ImageOperator::image_border_contains_text(binary));
-    const int border[][2] = {{20, 0}, {39, 5}, {0, 2}, {39, 4}};
-    for (const auto& at : border) {
+    for (const auto& at : {std::make_pair(20, 0), std::make_pair(39, 5), std::make_pair(0, 2)}) {
         BasicImage copy(binary);
-        copy.set_pixel(at[0], at[1], 1);
-        EXPECT_TRUE(ImageOperator::image_border_contains_text(copy)) << at[0] << ", " << at[1];
+        copy.set_pixel(at.first, at.second, 1);
+        EXPECT_TRUE(ImageOperator::image_border_contains_text(copy)) << at.first << ", " << at.second;
     }
-}
-
-TEST(ImageOperator, ObjectCoordinatesInLineOrder) {
-    BasicImage binary(3, 5, common::BINARY);
-    binary.set_pixel(4, 0, 1);
-    binary.set_pixel(1, 2, 1);
-    binary.set_pixel(0, 1, 1);
+    BasicImage dots = support::binary_from_text({"....#", "#....", ".#..."});
     std::vector<int> xs, ys;
-    ImageOperator::obtain_object_coordinates(binary, xs, ys);
+    ImageOperator::obtain_object_coordinates(dots, xs, ys);
     EXPECT_EQ(xs, (std::vector<int>{4, 0, 1}));
     EXPECT_EQ(ys, (std::vector<int>{0, 1, 2}));
 }
@@ -101,8 +60,7 @@ TEST(ImageOperator, BackgroundStdAnswersTheThirdOfSixPatches) {
     // middle-right 10. A checkerboard of +-a around 100 has deviation close to a
     // (49 pixels: 25 and 24 of each sign).
     const int size = 700, s = 7;
-    BasicImage image(size, size, common::GRAY);
-    std::memset(image.get_data(), 100, static_cast<size_t>(image.get_data_size()));
+    BasicImage image = support::flat_image(size, size, 100);
     const int origins[6][2] = {{0, 0}, {size - s, 0}, {0, size - s}, {size - s, size - s},
                                {0, size / 2 - s / 2}, {size - s, size / 2 - s / 2}};
     for (int p = 0; p < 6; ++p)
@@ -110,15 +68,10 @@ TEST(ImageOperator, BackgroundStdAnswersTheThirdOfSixPatches) {
             for (int x = 0; x < s; ++x)
                 image.set_pixel(origins[p][0] + x, origins[p][1] + y,
                                 static_cast<unsigned>((x + y) % 2 ? 100 - 2 * p : 100 + 2 * p));
-    auto deviation = [&](int amplitude) {
-        const double n = 49.0;
-        const double mean = (25.0 * (100 + amplitude) + 24.0 * (100 - amplitude)) / n;
-        const double square = (25.0 * (100 + amplitude) * (100 + amplitude) + 24.0 * (100 - amplitude) * (100 - amplitude)) / n;
-        return std::sqrt(square - mean * mean);
-    };
+    const double mean = (25.0 * 104 + 24.0 * 96) / 49, square = (25.0 * 104 * 104 + 24.0 * 96 * 96) / 49;
     float lowest = -1.0f;
     const float third = ImageOperator::calculate_background_std(image, &lowest);
     EXPECT_EQ(lowest, 0.0f);
-    EXPECT_NEAR(third, deviation(4), 1e-2);
+    EXPECT_NEAR(third, std::sqrt(square - mean * mean), 1e-2);  // amplitude 4
     EXPECT_EQ(ImageOperator::calculate_background_std(image, nullptr), third);
 }

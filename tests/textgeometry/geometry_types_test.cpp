@@ -52,14 +52,6 @@ TEST(GeolineBase, AngleTable) {
     EXPECT_NE(GeolineBase(1.0, 2.3e-16, 0.0).line_angle(), 90.0);
 }
 
-TEST(GeolineBase, XAtAndYAtInvertEachOther) {
-    const GeolineBase line(0.5, -1.0, 10.0);
-    EXPECT_DOUBLE_EQ(line.y_at(4.0), 12.0);
-    EXPECT_DOUBLE_EQ(line.x_at(12.0), 4.0);
-    EXPECT_DOUBLE_EQ(GeolineBase(1.0, 0.0, -7.0).x_at(123.0), 7.0);
-    EXPECT_TRUE(std::isinf(GeolineBase(1.0, 0.0, -7.0).y_at(3.0)));
-}
-
 TEST(IntersectLines, CrossingPointAndParallelCases) {
     Geocoordinate<double> p(-1.0, -1.0);
     ASSERT_TRUE(geometric::intersect_lines(GeolineBase(1.0, -1.0, 0.0), GeolineBase(1.0, 0.0, -3.0), p));
