@@ -1,6 +1,5 @@
-// The driver's runs as they stand without a page, and the rectification it
-// drives: the fill colour from reset corners, the match with a plain
-// correction, vanishing points scaled by the rate. The exported functions'
+// The driver's runs as they stand without a page, the fill colour from reset
+// corners, and vanishing points scaled by the rate. The exported functions'
 // tests cover the refusals, the caller's fill colour, the working-image
 // variants and the resolution estimate.
 #include <gtest/gtest.h>
@@ -8,7 +7,6 @@
 #include <cstring>
 #include <vector>
 
-#include "correction/projective_correction.h"
 #include "registration/hybrid_registration.h"
 #include "support/images.h"
 
@@ -76,25 +74,6 @@ TEST(HybridFill, ResetCornersGiveTheBrightestPixelUnderThem) {
     BasicImage output(height, width, common::RGB);
     driver.perform_correction(output);
     EXPECT_EQ(output.get_pixel(0, 0), 0xFF0000u);
-}
-
-TEST(HybridCorrection, MatchesAPlainCorrectionOnTheSameCorners) {
-    BasicImage image(50, 70, common::GRAY);
-    for (int y = 0; y < 50; ++y)
-        for (int x = 0; x < 70; ++x) image.set_pixel(x, y, static_cast<unsigned>((x * 7 + y * 13) % 256));
-    const ControlPointCorners given = {{3, 60, 66, 1}, {2, 5, 47, 44}};
-    HybridRegistration driver(&image);
-    driver.reset_four_corners(given);
-    int width = 0, height = 0;
-    driver.obtain_corrected_img_dimension(width, height);
-    BasicImage output(height, width, common::GRAY);
-    driver.perform_correction(output);
-
-    BasicImage copy(image), expected;
-    geometric::ProjectiveCorrection plain(&copy, &expected);
-    plain.set_control_points(support::corners(3, 2, 60, 5, 66, 47, 1, 44));
-    plain.run_correction();
-    EXPECT_TRUE(support::same_bytes(expected, output));
 }
 
 TEST(HybridVanishingPoints, ComeFromTheTextSearchScaledByTheRate) {

@@ -7,33 +7,6 @@
 namespace geometric_test {
 namespace {
 
-BoundingLine side(geometric::BoundingLinePosition position, std::vector<geometric::Geocoordinate<int>> points) {
-    BoundingLine line;
-    line.position = position;
-    line.line = geometric::GeolineBase(1.0, 0.0, 0.0);
-    line.points = std::move(points);
-    return line;
-}
-
-TEST(LineRegistration, SidesHuggingTheImageBorderAreDropped) {
-    BoundingLineArrayWrapper wrapper(100, 80);
-    wrapper.boundaries[geometric::LEFT_BOUNDARY] = side(geometric::LEFT_BOUNDARY, {{3, 10}, {4, 70}});   // mean x 3
-    wrapper.boundaries[geometric::TOP_BOUNDARY] = side(geometric::TOP_BOUNDARY, {{10, 5}, {90, 5}});     // mean y 5 stays
-    wrapper.boundaries[geometric::RIGHT_BOUNDARY] = side(geometric::RIGHT_BOUNDARY, {});                 // mean 0 stays
-    wrapper.boundaries[geometric::BOTTOM_BOUNDARY] = side(geometric::BOTTOM_BOUNDARY, {{10, 76}, {90, 76}});  // > 75
-    LineRegistration::clean_border_sides(wrapper);
-    EXPECT_FALSE(wrapper.boundaries[geometric::LEFT_BOUNDARY].is_valid());
-    EXPECT_TRUE(wrapper.boundaries[geometric::LEFT_BOUNDARY].points.empty());
-    EXPECT_TRUE(wrapper.boundaries[geometric::TOP_BOUNDARY].is_valid());
-    EXPECT_TRUE(wrapper.boundaries[geometric::RIGHT_BOUNDARY].is_valid());
-    EXPECT_FALSE(wrapper.boundaries[geometric::BOTTOM_BOUNDARY].is_valid());
-    // An image at most 4 pixels wide loses even a right side without support.
-    BoundingLineArrayWrapper narrow(4, 80);
-    narrow.boundaries[geometric::RIGHT_BOUNDARY] = side(geometric::RIGHT_BOUNDARY, {});
-    LineRegistration::clean_border_sides(narrow);
-    EXPECT_FALSE(narrow.boundaries[geometric::RIGHT_BOUNDARY].is_valid());
-}
-
 TEST(LineRegistration, TranslatesTheFourSidesOfAPage) {
     const common::BasicImage photo =
         support::photo(800, 600, support::quad(160, 100, 660, 60, 720, 540, 100, 500));

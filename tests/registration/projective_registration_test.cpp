@@ -1,5 +1,5 @@
-// The registration base: flag classification, size ratios, the corner
-// examinations and the border lines of the edge corner search.
+// The registration base: the corner examinations, the choice of corner
+// calculator, and the border lines of the edge corner search.
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -75,64 +75,8 @@ void expect_corners(const Corners& actual, const Corners& expected, float tolera
 
 }  // namespace
 
-TEST(ProjectiveRegistration, FlagClassificationTable) {
-    struct Case {
-        const char* what;
-        Flags flags;
-        float hor_angle, ver_angle;
-        int expected;
-    };
-    // Disparities 0.4 and 0.4: both tolerances are exactly 0.5 in double.
-    const Case cases[] = {
-        {"two vanishing points win over parallel flags", kAll, 0.0f, 90.0f, 1},
-        {"horizontal point, vertical parallel", {true, false, false, true}, 0.0f, 90.0f, 4},
-        {"point and parallel of one direction", {true, true, false, false}, 0.0f, 90.0f, 4},
-        {"both parallel, horizontal just below the tolerance", {false, true, false, true}, 0.4999f, 90.0f, 2},
-        {"both parallel, horizontal at the tolerance", {false, true, false, true}, 0.5f, 90.0f, 3},
-        {"both parallel, horizontal wrapped near 180", {false, true, false, true}, 179.6f, 90.0f, 2},
-        {"both parallel, horizontal at 180 less the tolerance", {false, true, false, true}, 179.5f, 90.0f, 3},
-        {"both parallel, vertical at 89.5, end included", {false, true, false, true}, 0.0f, 89.5f, 2},
-        {"both parallel, vertical past the end", {false, true, false, true}, 0.0f, 90.51f, 3},
-        {"vertical point alone", {false, false, true, false}, 0.0f, 90.0f, 5},
-        {"horizontal parallel alone", {false, true, false, false}, 0.0f, 90.0f, 6},
-        {"nothing", kNone, 0.0f, 90.0f, -1},
-    };
-    for (const Case& c : cases) {
-        VanishingPointHorVerInfo info;
-        set_flags(info, c.flags);
-        info.horizontal.angle = c.hor_angle;
-        info.vertical.angle = c.ver_angle;
-        EXPECT_EQ(ProjectiveRegistration::classify_vanishing_point_flags(info, 0.4, 0.4), c.expected) << c.what;
-    }
-}
-
-TEST(ProjectiveRegistration, ClassificationReadsItsParametersAndSizeRatios) {
-    common::BasicImage image(100, 100, common::GRAY);
-    TestRegistration r(&image);
-    set_flags(r.vanishing_points, {false, true, false, true});
-    r.vanishing_points.horizontal.angle = 0.1f;
-    r.vanishing_points.vertical.angle = 90.5f;  // 0.4 + 0.1 admits it
-    EXPECT_EQ(r.classify_vanishing_point_flags(), REGISTRATION_STRAIGHT_PAGE);
-    r.vanishing_points.horizontal.angle = 0.31f;  // past 0.2 + 0.1
-    EXPECT_EQ(r.classify_vanishing_point_flags(), REGISTRATION_TWO_PARALLEL_DIRECTIONS);
-    r.para.horizontal_angle_disparity = 1.0f;
-    EXPECT_EQ(r.classify_vanishing_point_flags(), REGISTRATION_STRAIGHT_PAGE);
-    // Size ratios: o / i when the output is larger, i / o / 1.5 when smaller.
-    EXPECT_EQ(ProjectiveRegistration::calculate_size_ratio(250, 100), 2.5f);
-    EXPECT_GT(ProjectiveRegistration::calculate_size_ratio(251, 100), 2.5f);
-    EXPECT_EQ(ProjectiveRegistration::calculate_size_ratio(100, 375), 2.5f);
-    EXPECT_GT(ProjectiveRegistration::calculate_size_ratio(100, 376), 2.5f);
-}
-
 TEST(ProjectiveRegistration, EdgeCornersTable) {
-    struct Case {
-        const char* what;
-        int image_width, image_height;
-        Corners corners;
-        Flags flags_in;
-        bool expected;
-        Flags flags_out;
-    };
+    struct Case { const char* what; int image_width, image_height; Corners corners; Flags flags_in; bool expected; Flags flags_out; };
     const Case cases[] = {
         {"output 2.5 times the image width passes", 100, 100, rectangle(250, 100), kBothVp, true, kBothVp},
         {"one more column drops the vertical direction", 100, 100, rectangle(251, 100), kBothVp, true,
@@ -183,33 +127,8 @@ TEST(ProjectiveRegistration, ObtainCornersEmptiesTheCornersOnFailure) {
     EXPECT_EQ(r.corners.size(), 4u);
 }
 
-// Straight page (2) or no geometry without vanishing point flags: no virtual
-// corners, so the driver falls back to the full image.
-TEST(ProjectiveRegistration, VirtualCornersRefuseAStraightPageWithoutPoints) {
-    common::BasicImage image(100, 100, common::GRAY);
-    for (RegistrationOutputType output : {REGISTRATION_STRAIGHT_PAGE, REGISTRATION_NO_GEOMETRY,
-                                          REGISTRATION_VIRTUAL_CORNERS_REJECTED}) {
-        TestRegistration r(&image);
-        r.registration_output = output;
-        set_flags(r.vanishing_points, {false, true, false, true});
-        EXPECT_FALSE(r.transform_vp_2_vc());
-        EXPECT_TRUE(r.corners.empty());
-        r.para.use_edge_corners = false;
-        EXPECT_FALSE(r.obtain_corners());
-        EXPECT_EQ(r.registration_output, REGISTRATION_NO_GEOMETRY);
-        EXPECT_TRUE(r.corners.empty());
-    }
-}
-
 TEST(ProjectiveRegistration, VirtualCornerExaminationTable) {
-    struct Case {
-        const char* what;
-        Corners corners;
-        Flags flags_in;
-        bool expected;
-        int output;
-        Flags flags_out;
-    };
+    struct Case { const char* what; Corners corners; Flags flags_in; bool expected; int output; Flags flags_out; };
     const int kUnchanged = 99;
     const Case cases[] = {
         {"in proportion", rectangle(250, 100), kBothVp, true, 1, kBothVp},
@@ -309,17 +228,11 @@ TEST(ProjectiveRegistration, TransformChoosesTheCalculatorByFlagsAndOutput) {
     common::BasicImage image(h, w, common::GRAY);
     const Geocoordinate<double> horizontal_point(3333.0, 200.0), vertical_point(300.0, 2375.0);
     Corners expected;
-    struct Case {
-        const char* what;
-        Flags flags;
-        RegistrationOutputType output;
-    };
+    struct Case { const char* what; Flags flags; RegistrationOutputType output; };
     const Case cases[] = {
         {"two vanishing points", kBothVp, REGISTRATION_TWO_VANISHING_POINTS},
-        {"horizontal point only", {true, false, false, false}, REGISTRATION_ONE_VANISHING_POINT},
         {"vertical point only", {false, false, true, false}, REGISTRATION_ONE_VANISHING_POINT},
         {"mixed, horizontal point", {true, false, false, true}, REGISTRATION_MIXED_DIRECTIONS},
-        {"mixed, vertical point", {false, true, true, false}, REGISTRATION_MIXED_DIRECTIONS},
         {"two slanted parallel directions", {false, true, false, true}, REGISTRATION_TWO_PARALLEL_DIRECTIONS},
         {"one parallel direction", {false, false, false, true}, REGISTRATION_ONE_PARALLEL_DIRECTION},
     };
