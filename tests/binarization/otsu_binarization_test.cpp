@@ -27,30 +27,6 @@ common::BasicImage two_level_page(int height, int width, unsigned char dark, uns
     return page;
 }
 
-TEST(OtsuThreshold, KnownPages) {
-    // Two levels: every t from the dark level up to one below the bright one
-    // splits the classes alike; the first of those equal scores wins.
-    EXPECT_EQ(otsu_threshold(two_level_page(10, 20, 40, 200)), 40);
-    // A flat page has no score above 0: the threshold is 0, not 128.
-    EXPECT_EQ(otsu_threshold(support::flat_image(10, 20, 128)), 0);
-    EXPECT_EQ(otsu_threshold(support::flat_image(10, 20, 255)), 0);
-    EXPECT_EQ(otsu_threshold(common::BasicImage()), 0);
-    // Three equal classes 0, 100, 200: the scores at t = 0 and t = 100 are
-    // equal by symmetry, and the first (0) is kept.
-    common::BasicImage three = support::flat_image(3, 30, 200);
-    for (int y = 0; y < 3; ++y)
-        for (int x = 0; x < 20; ++x) three.get_line_pointer(y)[x] = x < 10 ? 0 : 100;
-    EXPECT_EQ(otsu_threshold(three), 0);
-    // Unequal classes move the split: 90 % paper at 220, 10 % ink at 30
-    // with a few mid-grey pixels that belong to the ink.
-    common::BasicImage page = support::flat_image(10, 100, 220);
-    for (int y = 0; y < 10; ++y) {
-        page.get_line_pointer(y)[0] = 30;
-        page.get_line_pointer(y)[1] = 60;
-    }
-    EXPECT_EQ(otsu_threshold(page), 60);
-}
-
 TEST(OtsuBinarization, InkIsDarkInsideAndTheFrameAndPaddingAreSetAfterTheComplement) {
     // 40 columns: 8 bytes a row, the last 24 bits padding.
     common::BasicImage gray = two_level_page(6, 40, 40, 200);
@@ -154,13 +130,7 @@ TEST(BinarizationFrame, NullOutputThrows) {
     try {
         OtsuBinarization otsu(&gray, nullptr);
         FAIL() << "no exception";
-    } catch (const Geometricexception& e) {
-        EXPECT_EQ(e.get_message(), "the output image is empty");
-    }
-    // A caller that cannot name the type reads the same text.
-    try {
-        OtsuBinarization otsu(&gray, nullptr);
-    } catch (const std::exception& e) {
+    } catch (const std::exception& e) {  // a caller that cannot name the type reads the text too
         EXPECT_STREQ(e.what(), "the output image is empty");
     }
 }

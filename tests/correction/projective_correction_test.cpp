@@ -134,22 +134,6 @@ TEST(ProjectiveCorrection, TwofoldEnlargementInterpolatesHalfway) {
         }
 }
 
-TEST(ProjectiveCorrection, ParallelogramTakesThePathWithoutPerspective) {
-    const auto sheared = support::corners(10.5f, 10, 110.5f, 20, 120, 120.25f, 20, 110.25f);
-    const geometric::ProjectiveWarpCoefficients p = ProjectiveCorrection::calculate_warp_coefficients(sheared);
-    EXPECT_TRUE(p.parallelogram);
-    EXPECT_EQ(p.g, 0.0);
-    EXPECT_EQ(p.h, 0.0);
-    EXPECT_EQ(p.b, 120.0 - 110.5);
-    EXPECT_EQ(p.e, 120.25 - 20.0);
-    EXPECT_EQ(p.a, 100.0);
-    const auto trapezoid = support::corners(10, 10, 110, 10, 120, 100, 0, 100);
-    const geometric::ProjectiveWarpCoefficients t = ProjectiveCorrection::calculate_warp_coefficients(trapezoid);
-    EXPECT_FALSE(t.parallelogram);
-    EXPECT_EQ(t.g, 0.0);  // symmetric: the perspective is all in h
-    EXPECT_NE(t.h, 0.0);
-}
-
 // Four collinear corners form a flat parallelogram: its determinant is 0, so
 // only the parallelogram path maps it, onto the row the corners lie on.
 TEST(ProjectiveCorrection, FlatParallelogramReadsTheLineItLiesOn) {
@@ -270,59 +254,6 @@ TEST(FillColour, GrayIsTheMeanOfTheBrighterHalfOfTheStripsWhenTheWarpLeavesTheIm
     EXPECT_EQ(correction.get_filling_pixel()[0], 36);
     ASSERT_EQ(output.get_height(), 81);
     for (int u = 0; u < output.get_width(); ++u) ASSERT_EQ(output.get_pixel(u, 80), 36u);
-}
-
-// Fewer than two pixels give black. Of three pixels of brightness 76 and a
-// dark one the brighter half is the first two of the equal three in their
-// original order; the sums are divided, unsigned, by the half count.
-TEST(FillColour, RgbBrighterHalf) {
-    struct Case {
-        int count;
-        std::vector<unsigned char> pixels;
-        std::vector<unsigned char> colour;
-    };
-    const std::vector<Case> cases = {
-        {0, {200, 210, 220}, {0, 0, 0}},
-        {1, {200, 210, 220}, {0, 0, 0}},
-        {4, {0, 0, 0, 0, 130, 0, 100, 79, 0, 255, 0, 0}, {50, 104, 0}},
-        {3, {255, 255, 255, 254, 254, 253, 0, 0, 0}, {255, 255, 255}},  // half = 1: only the brightest
-    };
-    for (const Case& c : cases) {
-        std::vector<unsigned char> colour = {1, 2, 3};
-        ProjectiveCorrection::find_above_median_color(c.count, c.pixels.data(), colour.data());
-        EXPECT_EQ(colour, c.colour) << c.count;
-    }
-}
-
-// A vertical side at x = 100 (horizontal at y = 100) and one marked column
-// (row) at the expected offset: every strip byte is the mark.
-TEST(FillColour, StripOffsetIsFiveOrOneHundredthOfTheSide) {
-    struct Case {
-        int side, offset;
-    };
-    const Case cases[] = {{499, 5}, {500, 5}, {600, 6}, {1000, 10}};
-    for (const Case& c : cases)
-        for (bool inward_positive : {true, false}) {
-            const int mark = inward_positive ? 100 + c.offset : 100 - c.offset;
-            common::BasicImage wide(40, c.side, common::GRAY);
-            for (int y = 0; y < 40; ++y) wide.set_pixel(mark, y, 200);
-            common::BasicImage output;
-            ProjectiveCorrection vertical(&wide, &output);
-            std::vector<unsigned char> pixels;
-            geometric::Geocoordinate<float> top(100, 0), bottom(100, 39);
-            vertical.get_pixels_on_ver_line(top, bottom, pixels, inward_positive);
-            ASSERT_EQ(pixels.size(), 10u) << c.side;  // span 39, step 4: rows 0, 4, ..., 36
-            for (unsigned char p : pixels) EXPECT_EQ(p, 200) << "width " << c.side;
-
-            common::BasicImage tall(c.side, 40, common::GRAY);
-            for (int x = 0; x < 40; ++x) tall.set_pixel(x, mark, 200);
-            ProjectiveCorrection horizontal(&tall, &output);
-            pixels.clear();
-            geometric::Geocoordinate<float> left(0, 100), right(39, 100);
-            horizontal.get_pixels_on_hor_line(left, right, pixels, inward_positive);
-            ASSERT_FALSE(pixels.empty());
-            for (unsigned char p : pixels) EXPECT_EQ(p, 200) << "height " << c.side;
-        }
 }
 
 TEST(FillColour, StripOfAnRgbImageTakesThreeBytesAPixelAndSidesOutsideGiveNothing) {

@@ -33,26 +33,6 @@ TEST(Sampling, UnknownMethodLeavesAnEmptySamplerThatThrows) {
     }
 }
 
-TEST(Sampling, ZeroFractionReturnsTheSourcePixel) {
-    Patch gray{{}, 1};
-    Patch rgb{{}, 3};
-    for (int i = 0; i < 64; ++i) gray.bytes[i] = rgb.bytes[i] = static_cast<unsigned char>(37 * i + 11);
-    const Sampling linear(common::GRAY, 4, geometric::INTERPOLATION_LINEAR);
-    const Sampling bicubic(common::GRAY, 4, geometric::INTERPOLATION_BICUBIC);
-    const Sampling nearest(common::GRAY, 4, geometric::INTERPOLATION_NEAREST);
-    const Sampling color_linear(common::RGB, 4, geometric::INTERPOLATION_COLOR_LINEAR);
-    unsigned char out[3] = {0, 0, 0};
-    for (const Sampling* gray_sampler : {&linear, &bicubic}) {
-        gray_sampler->get_sampler()(gray.at(1, 1), 0.0f, 0.0f, out);
-        EXPECT_EQ(out[0], *gray.at(1, 1));
-    }
-    color_linear.get_sampler()(rgb.at(1, 1), 0.0f, 0.0f, out);
-    for (int c = 0; c < 3; ++c) EXPECT_EQ(out[c], rgb.at(1, 1)[c]);
-    // Nearest takes the integer part however close the next pixel is.
-    nearest.get_sampler()(gray.at(1, 1), 0.999f, 0.999f, out);
-    EXPECT_EQ(out[0], *gray.at(1, 1));
-}
-
 TEST(Sampling, LinearCutsEachStepTowardZero) {
     Patch gray{{}, 1};
     *gray.at(1, 1) = 10;
@@ -65,21 +45,6 @@ TEST(Sampling, LinearCutsEachStepTowardZero) {
     EXPECT_EQ(out, 22);  // (15 + 30) / 2 = 22.5 -> 22, not 23 from the unrounded 23.0
     linear.get_sampler()(gray.at(1, 1), 0.5f, 0.0f, &out);
     EXPECT_EQ(out, 15);
-}
-
-TEST(Sampling, ColorWithNeutralDifferencesReturnsLuminanceInEveryChannel) {
-    const Sampling color(common::RGB, 4, geometric::INTERPOLATION_COLOR);
-    for (int luminance : {0, 1, 77, 128, 254, 255}) {
-        Patch yuv{{}, 3};
-        for (int i = 0; i < 16; ++i) {
-            yuv.bytes[3 * i] = static_cast<unsigned char>(luminance);
-            yuv.bytes[3 * i + 1] = 128;
-            yuv.bytes[3 * i + 2] = 128;
-        }
-        unsigned char out[3] = {1, 2, 3};
-        color.get_sampler()(yuv.at(1, 1), 0.25f, 0.75f, out);
-        for (int c = 0; c < 3; ++c) EXPECT_EQ(out[c], luminance) << "channel " << c;
-    }
 }
 
 TEST(Sampling, ColorClampsEachChannel) {
@@ -118,17 +83,6 @@ TEST(Sampling, BicubicWrapsAroundOnAnOvershootingStep) {
         bicubic.get_sampler()(gray.at(1, 1), 0.5f, 0.3f, &out);
         EXPECT_EQ(out, c.expected);
     }
-}
-
-TEST(Sampling, LinearOnFourBytePixelsWritesTheFirstChannelOnly) {
-    Patch bgra{{}, 4};
-    for (int i = 0; i < 64; ++i) bgra.bytes[i] = static_cast<unsigned char>(i);
-    const Sampling linear(common::BGRA, 4, geometric::INTERPOLATION_LINEAR);
-    unsigned char out[4] = {9, 9, 9, 9};
-    linear.get_sampler()(bgra.at(1, 1), 0.5f, 0.0f, out);
-    EXPECT_EQ(out[0], (bgra.at(1, 1)[0] + bgra.at(2, 1)[0]) / 2);
-    EXPECT_EQ(out[1], 9);
-    EXPECT_EQ(out[3], 9);
 }
 
 }  // namespace

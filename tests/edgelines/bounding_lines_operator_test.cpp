@@ -1,8 +1,6 @@
-// The side index of a list of page-edge lines, its measures, the corners of
-// the frame and the gaps between the ends that should meet.
+// The side index of a list of page-edge lines and the corners of the frame.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <vector>
 
 #include "edgelines/bounding_lines_operator.h"
@@ -79,25 +77,6 @@ TEST(BoundingLinesOperator, IndexesTheSidesAndOrdersTheEnds) {
     EXPECT_EQ(BoundingLinesOperator::obtainSegmentLenSum(none), 0);
 }
 
-TEST(BoundingLinesOperator, MeanAnglesOfEachFamily) {
-    const double rad = 3.141592653589793 / 180.0;
-    std::vector<BoundingLine> lines{
-        make(TOP_BOUNDARY, GeolineBase(std::tan(10 * rad), -1, 0)),
-        make(BOTTOM_BOUNDARY, GeolineBase(std::tan(20 * rad), -1, 0)),
-        make(LEFT_BOUNDARY, GeolineBase(1, 0, -5)),                       // b = 0: 90
-        make(RIGHT_BOUNDARY, GeolineBase(-2, 2.220446049250313e-16, 0)),  // |b| at the epsilon: 90
-    };
-    BoundingLineProperty p = indexed(lines);
-    EXPECT_NEAR(BoundingLinesOperator::getHorizontalAngle(lines, p), 15.0f, 1e-5f);
-    EXPECT_EQ(BoundingLinesOperator::getVerticalAngle(lines, p), 90.0f);
-    // The plain mean: 1 and 179 degrees give 90, not 0; no vertical line gives 0 / 0.
-    std::vector<BoundingLine> wrapped{make(TOP_BOUNDARY, GeolineBase(std::tan(1 * rad), -1, 0)),
-                                      make(BOTTOM_BOUNDARY, GeolineBase(std::tan(179 * rad), -1, 0))};
-    BoundingLineProperty q = indexed(wrapped);
-    EXPECT_NEAR(BoundingLinesOperator::getHorizontalAngle(wrapped, q), 90.0f, 1e-4f);
-    EXPECT_TRUE(std::isnan(BoundingLinesOperator::getVerticalAngle(wrapped, q)));
-}
-
 TEST(BoundingLinesOperator, CornersWhereTheSidesCrossOrAtTheOrigin) {
     std::vector<BoundingLine> lines = closed_frame();
     EXPECT_EQ(BoundingLinesOperator::obtainSegmentLenSum(lines), 1280);
@@ -122,19 +101,4 @@ TEST(BoundingLinesOperator, CornersWhereTheSidesCrossOrAtTheOrigin) {
     p.right_index = 4;  // past the end of the list
     BoundingLinesOperator::obtainBoundingLineControlPoints(lines, p, corners);
     expect_corners(corners, {{10, 20}, {0, 0}, {0, 0}, {10, 280}}, 0.0f);
-}
-
-TEST(BoundingLinesOperator, UnclosedDistance) {
-    std::vector<BoundingLine> lines = closed_frame();
-    BoundingLineProperty p = indexed(lines);
-    EXPECT_EQ(BoundingLinesOperator::obtainUnclosedDistance(lines, p), 0.0f);
-    // Each corner opened by a 3-4-5 gap: 20 in all. The left line's ends were
-    // ordered by y, so (x1, y1) is its top end.
-    lines[0].x1 = 13, lines[0].y1 = 24;    // top left
-    lines[2].x1 = 387, lines[2].y1 = 24;   // top right
-    lines[2].x2 = 386, lines[2].y2 = 277;  // bottom right
-    lines[0].x2 = 14, lines[0].y2 = 277;   // bottom left
-    EXPECT_EQ(BoundingLinesOperator::obtainUnclosedDistance(lines, p), 20.0f);
-    p.top_index = -1;
-    EXPECT_TRUE(std::isinf(BoundingLinesOperator::obtainUnclosedDistance(lines, p)));
 }

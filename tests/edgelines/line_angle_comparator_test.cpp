@@ -71,35 +71,4 @@ TEST(LineAngleComparatorTest, NearTheAxes) {
             << c.first << ", " << c.second << ": " << c.angle;
 }
 
-TEST(LineAngleComparatorTest, StandardDeviationIgnoresTheWrap) {
-    EXPECT_DOUBLE_EQ(LineAngleComparator::calculate_angle_standard_derivation({}), 0.0);
-    EXPECT_DOUBLE_EQ(LineAngleComparator::calculate_angle_standard_derivation({line_at(30.0)}), 0.0);
-    // 1 and 179 are 2 degrees apart as directions, yet deviate by 178 / sqrt(2).
-    EXPECT_NEAR(LineAngleComparator::calculate_angle_standard_derivation({line_at(1.0), line_at(179.0)}),
-                178.0 / std::sqrt(2.0), 1e-9);
-    // Divisor n - 1: angles 0, 90 (vertical), 0 deviate by sqrt(2700).
-    EXPECT_NEAR(LineAngleComparator::calculate_angle_standard_derivation(
-                    {GeolineBase(0.0, -1.0, 1.0), kVertical, GeolineBase(0.0, -1.0, 2.0)}),
-                std::sqrt(2700.0), 1e-9);
-}
-
-TEST(LineAngleComparatorTest, VerticalDisparityDifferenceReversesForOppositeLeans) {
-    struct Case {
-        double first, second, result;
-        bool same_side;
-    };
-    const Case cases[] = {{80.0, 100.0, 0.0, false}, {80.0, 95.0, 5.0, false}, {80.0, 85.0, 5.0, true},
-                          {100.0, 120.0, 20.0, true}, {90.0, 70.0, 20.0, true}};
-    for (const Case& c : cases) {
-        bool same_side = !c.same_side;
-        EXPECT_DOUBLE_EQ(LineAngleComparator::calculate_vertical_disparity_difference(c.first, c.second, same_side),
-                         c.result);
-        EXPECT_EQ(same_side, c.same_side) << c.first << ", " << c.second;
-    }
-    // The difference is rounded to float before the magnitude is taken.
-    bool same_side = false;
-    EXPECT_EQ(LineAngleComparator::calculate_vertical_disparity_difference(90.1, 90.3, same_side),
-              static_cast<double>(std::fabs(static_cast<float>((90.1 - 90.0) - (90.3 - 90.0)))));
-}
-
 }  // namespace

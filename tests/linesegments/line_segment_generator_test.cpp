@@ -108,15 +108,6 @@ TEST(LineSegmentGenerator, ARotatedRectangleGivesFourSidesAtItsAngles) {
     for (int k = 0; k < 4; ++k) EXPECT_EQ(found[k], 1) << "side at " << 30 + 90 * k << " degrees";
 }
 
-TEST(LineSegmentGenerator, NoiseGivesAlmostNothing) {
-    for (std::uint32_t seed : {1u, 2u, 3u}) {
-        support::Gray image(256, 256, 0);
-        image.noise(seed);
-        EXPECT_LE(detect(image, with(1.0, false)).size(), 2u) << seed;
-        EXPECT_LE(detect(image, LineSegmentGenerator()).size(), 2u) << seed;
-    }
-}
-
 namespace {
 
 // A dark horizontal line, 4 pixels thick, broken by a short bright gap.

@@ -95,22 +95,6 @@ TEST(TextBlobExaminerTest, RoundBlobHasNoEccentricityAndNoAngle) {
     EXPECT_EQ(eccentricity, -1.0);
 }
 
-TEST(TextBlobExaminerTest, RunWiseMomentsEqualThoseOfThePixelList) {
-    const OneBlob one({{3, 3}, {4, 3}, {5, 3}, {4, 4}, {4, 5}, {5, 6}, {6, 7}, {7, 7}, {8, 7}, {8, 8}, {2, 4}});
-    std::vector<int> xs;
-    std::vector<int> ys;
-    one.blob.component->get_element_coordinates(xs, ys);
-    std::vector<Geocoordinate<int>> points;
-    for (std::size_t i = 0; i < xs.size(); ++i) points.emplace_back(xs[i], ys[i]);
-    TextBlobExaminer::TextBlobFeature plain;
-    TextBlobExaminer::get_features_from_blob(points, plain);
-    EXPECT_EQ(plain.count, 11);
-    const TextBlobExaminer::TextBlobFeature& f = one.feature;
-    EXPECT_EQ((std::vector<double>{double(f.count), f.sum_x, f.sum_y, f.sum_xy, f.sum_xx, f.sum_yy, f.covariance}),
-              (std::vector<double>{double(plain.count), plain.sum_x, plain.sum_y, plain.sum_xy, plain.sum_xx,
-                                   plain.sum_yy, plain.covariance}));
-}
-
 TEST(TextBlobExaminerTest, ExtractedLineRunsAlongTheBlobThroughItsCentre) {
     // One column right every 3 lines going up: leans right of upright.
     const OneBlob one(steep_staircase(10, 5, 15, 3));

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <list>
 #include <vector>
 
@@ -22,7 +21,6 @@ std::vector<unsigned> sorted_areas(const std::list<TextBlob>& blobs) {
     return areas;
 }
 
-TextBlob blob_with_area(unsigned area) { return TextBlob(Geobox<int>{5, 5, 1, 1}, area, nullptr); }
 TextBlob blob_with_box(int left, int top, int right, int bottom) {
     return TextBlob(Geobox<int>{right, bottom, left, top}, 1, nullptr);
 }
@@ -71,43 +69,7 @@ TEST(TextBlobFilterTest, AreaBoundsAreRegularAndTheCountMustExceedTheMinimum) {
     EXPECT_EQ(sorted_areas(median.filter.irregular_blobs), (std::vector<unsigned>{201}));
 }
 
-TEST(TextBlobFilterTest, TypicalAreaSkipsAreasNotAboveTheFloorAndWithoutOneNothingMoves) {
-    TextBlobFilter filter(100, 100);
-    EXPECT_TRUE(std::isnan(filter.obtain_text_area_mean()));
-    struct Case { std::vector<unsigned> areas; unsigned floor, median; };
-    const Case cases[] = {
-        {{7, 1, 5}, 0, 5},        // odd count: the middle
-        {{4, 1, 3, 2}, 0, 3},     // even count: the upper of the two middles
-        {{9, 2, 3, 8, 1}, 2, 8},  // 3, 8, 9 above the floor
-    };
-    for (const Case& c : cases) {
-        filter.regular_blobs.clear();
-        for (unsigned area : c.areas) filter.regular_blobs.push_back(blob_with_area(area));
-        filter.para.area_floor = c.floor;
-        EXPECT_EQ(filter.obtain_text_area_median(), c.median);
-    }
-    filter.regular_blobs.clear();
-    for (unsigned area : {3u, 4u, 10u, 20u}) filter.regular_blobs.push_back(blob_with_area(area));
-    filter.para.area_floor = 4;
-    EXPECT_EQ(filter.obtain_text_area_mean(), 15.0f);
-    for (bool median : {false, true}) {
-        filter.para.area_floor = 20;
-        filter.para.use_median = median;
-        filter.para.minimum_text_blobs = 2;
-        filter.irregular_blobs.push_back(blob_with_area(7));  // the list is emptied first
-        EXPECT_TRUE(filter.select_blob_for_horizontal_vp());
-        EXPECT_EQ(filter.regular_blobs.size(), 4u);
-        EXPECT_TRUE(filter.irregular_blobs.empty());
-    }
-}
-
 TEST(TextBlobFilterTest, BlobsAtTheBorderLeaveBothListsAndTheMean) {
-    const TextBlobFilter frame(50, 40);
-    const int cases[][5] = {  // left, top, right, bottom, near
-        {1, 1, 48, 38, 0}, {0, 5, 10, 10, 1}, {5, 0, 10, 10, 1}, {5, 5, 49, 10, 1}, {5, 5, 10, 39, 1}, {5, 5, 50, 10, 0}};
-    for (const auto& c : cases)
-        EXPECT_EQ(frame.near_the_border(Geobox<int>{c[2], c[3], c[0], c[1]}), c[4] == 1) << c[0] << " " << c[2];
-
     AreaPage page(std::vector<unsigned>(11, 12u));
     common::BasicImage image(page.filter.height, page.filter.width, common::BINARY);
     // A large block touching the last column and a small one a column short
@@ -167,16 +129,6 @@ TEST(TextBlobFilterTest, VerticalSelectionAnswersByItsThreePasses) {
         EXPECT_EQ(eccentricities.size(), c.lines);
         for (const GeolineBasePoints<float>& line : lines) EXPECT_EQ(line.points.size(), 1u);
     }
-    // The caller's lines count in the first pass.
-    TextBlobFilter filter(100, 100);
-    std::vector<GeolineBasePoints<float>> lines(3);
-    std::vector<double> eccentricities(3, 0.99);
-    EXPECT_EQ(filter.select_blob_for_vertical_vp(lines, eccentricities), 1);
-    EXPECT_EQ(lines.size(), 3u);
-    lines.resize(2);
-    eccentricities.resize(2);
-    EXPECT_EQ(filter.select_blob_for_vertical_vp(lines, eccentricities), 0);
-    EXPECT_TRUE(lines.empty());
 }
 
 TEST(TextBlobFilterTest, BottomPointsOfRegularBoxes) {
