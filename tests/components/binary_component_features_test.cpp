@@ -1,5 +1,5 @@
-// Features of one component: chain-wide box and size, the top point, drawing,
-// the contour trace with its closing and frame rules, and the gray measures.
+// Features of one component: the contour trace with its closing and frame
+// rules, drawing, the thick-blob test and the gray measures.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -62,32 +62,6 @@ TEST(BinaryComponentFeatures, ContourTraceItsClosingRuleAndTheFrameRule) {
         {{"##..", "##..", "...."}, false, {{0, 0}}},
     };
     for (const Case& c : cases) EXPECT_EQ(single_contour(c.text, c.keep_all), c.expected) << c.text[1];
-}
-
-TEST(BinaryComponentFeatures, ChainWideBoxAndPixelsButStrokesCountedForward) {
-    // A "Y" from above: the second lower run opens a stroke that heads the chain.
-    const common::BasicImage image = binary_from_text({"#####..", "#...#..", "#...#.#"});
-    ConnectedComponentCalculator calculator;
-    calculator.formulate_connected_components(image);
-    const std::vector<Stroke*> heads = heads_of(calculator);
-    ASSERT_EQ(heads.size(), 2u);
-    Stroke* head = heads[0];
-    ASSERT_NE(head->next, nullptr);
-    Stroke* behind = head->next;
-    EXPECT_EQ(head->count_stroke() * 10 + behind->count_stroke(), 21);
-    EXPECT_EQ(head->count_pixel() + behind->count_pixel(), 18u);
-    for (const Stroke* s : {static_cast<const Stroke*>(head), static_cast<const Stroke*>(behind)}) {
-        const Geobox<int> box = s->get_bounding_box();
-        EXPECT_EQ(std::vector<int>({box.left, box.right, box.top, box.bottom}), std::vector<int>({0, 4, 0, 2}));
-    }
-    // The head's own run starts on line 1; the stroke behind it is higher.
-    Geocoordinate<int> top(-5, -5);
-    head->get_top_point(top);
-    EXPECT_EQ(top.x + top.y, 0);
-    std::vector<int> xs, ys;
-    head->get_element_coordinates(xs, ys);
-    EXPECT_EQ(xs, (std::vector<int>{4, 4, 0, 1, 2, 3, 4, 0, 0}));
-    EXPECT_EQ(ys, (std::vector<int>{1, 2, 0, 0, 0, 0, 0, 1, 2}));
 }
 
 TEST(BinaryComponentFeatures, DrawUndrawAndScaledDraw) {
@@ -176,28 +150,6 @@ TEST(BinaryComponentFeatures, ForeBackMeansAreIntegerDivisions) {
     EXPECT_DOUBLE_EQ(scene.head().compression_cost(scene.binary, all_ink, scene.gray, 3, {40, 40, 40}, cost), 0.0);
     EXPECT_DOUBLE_EQ(cost.background_cost, 7.5);
     EXPECT_DOUBLE_EQ(cost.background_count, 0.0);
-}
-
-TEST(BinaryComponentFeatures, CompressionCostForegroundRulesAtTheirLimits) {
-    // Interior pixels of a solid 3 x w bar: w - 2; of a 2 x w bar: none.
-    struct Case { int height, width, interior; double foreground_cost; };
-    const Stroke::BlobNeighborForeBack means{30, 35, 190};  // every blob pixel is 40
-    const std::vector<Case> cases = {
-        {3, 7, 5, 21.0 * (5 * 100.0) / 5},  // n s_fore / nf from 5 on
-        {3, 6, 4, 0.5 * (4 * 100.0)},       // half the sum below 5
-        {3, 3, 1, 0.5 * 100.0},
-        {2, 5, 0, 0.25 * (10 * 25.0)},  // a quarter of the spread of all pixels
-    };
-    for (const Case& c : cases) {
-        GrayScene scene(c.height, c.width);
-        Stroke::BlobNeighborCost cost{0.0, -1.0, -1.0, -1.0};
-        const int n = c.height * c.width;
-        const double count = scene.head().compression_cost(scene.binary, scene.binary, scene.gray, 3, means, cost);
-        EXPECT_DOUBLE_EQ(cost.foreground_cost, c.foreground_cost) << c.height << "x" << c.width;
-        EXPECT_DOUBLE_EQ(count, n - c.interior);
-        EXPECT_DOUBLE_EQ(cost.background_count, n - c.interior);
-        EXPECT_DOUBLE_EQ(cost.background_cost, n * 100.0);  // (200 - 190)^2 everywhere
-    }
 }
 
 TEST(BinaryComponentFeatures, GradientCostPredictionsAtTheImageCorners) {

@@ -1,14 +1,11 @@
-// Calculator queries: the order of heads, contours, selected drawing with its
-// duplicate rule, largest blobs, scale maps and feature blobs.
+// Calculator queries: contours, the largest blob of a point set, scale maps.
 #include <gtest/gtest.h>
 
-#include <list>
 #include <string>
 #include <vector>
 
 #include "common/basic_image.h"
 #include "components/connected_component_calculator.h"
-#include "pageanalysis/text_blob.h"
 #include "support/images.h"
 
 using support::binary_from_text;
@@ -32,28 +29,6 @@ bool is_blank(const common::BasicImage& image) {
 }
 
 }  // namespace
-
-TEST(ConnectedComponentQueries, ComponentsAreNumberedByTheCreationOfTheirHeads) {
-    // The left component shows first but is split on line 1: its head is the
-    // third stroke made, after the right component's.
-    const common::BasicImage image = binary_from_text({"#####...#", "#...#...#"});
-    ConnectedComponentCalculator calculator;
-    std::vector<int> labels;
-    calculator.calculate_label_image(image, labels, 0);
-    EXPECT_EQ(labels, (std::vector<int>{2, 2, 2, 2, 2, 0, 0, 0, 1, 2, 0, 0, 0, 2, 0, 0, 0, 1}));
-    std::vector<Geocoordinate<int>> tops;
-    calculator.obtain_blob_top_points(image, tops);
-    ASSERT_EQ(tops.size(), 2u);
-    EXPECT_EQ((std::vector<int>{tops[0].x, tops[0].y, tops[1].x, tops[1].y}), (std::vector<int>{8, 0, 0, 0}));
-    std::vector<int> heights, widths, only_heights, only_widths;
-    calculator.calculate_blob_dimensions(image, heights, widths);
-    EXPECT_EQ(heights, (std::vector<int>{2, 2}));
-    EXPECT_EQ(widths, (std::vector<int>{1, 5}));
-    calculator.calculate_blob_heights(image, only_heights);
-    calculator.calculate_blob_widths(image, only_widths);
-    EXPECT_EQ(only_heights, heights);
-    EXPECT_EQ(only_widths, widths);
-}
 
 TEST(ConnectedComponentQueries, EmptyImageAndOnePixelComponent) {
     const common::BasicImage empty(4, 9, common::BINARY);
@@ -83,37 +58,6 @@ TEST(ConnectedComponentQueries, ContoursAreConcatenatedInComponentOrder) {
     std::vector<std::pair<int, int>> got;
     for (const auto& p : points) got.emplace_back(p.x, p.y);
     EXPECT_EQ(got, (std::vector<std::pair<int, int>>{{0, 0}, {1, 0}, {1, 1}, {0, 1}, {4, 0}}));
-}
-
-TEST(ConnectedComponentQueries, SelectedComponentsAndTheDuplicateIndexRule) {
-    const common::BasicImage image = binary_from_text({"#.#.#.#"});
-    struct Case {
-        std::vector<int> indices;
-        const char* expected;
-    };
-    const std::vector<Case> cases = {
-        {{2, 0}, "#...#.."},
-        {{1, 1, 3}, "..#...."},  // the repeated index stops the drawing
-        {{}, "......."},
-        {{3, 9}, "......#"},
-    };
-    for (const Case& c : cases) {
-        ConnectedComponentCalculator calculator;
-        calculator.formulate_connected_components(image);
-        common::BasicImage output(1, 7, common::BINARY);
-        calculator.create_images_formulated_with_selected_blobs(c.indices, output);
-        EXPECT_TRUE(same_pixels(output, binary_from_text({c.expected}))) << c.expected;
-    }
-}
-
-TEST(ConnectedComponentQueries, LargestBoxFirstAmongEquals) {
-    // Boxes of area 4, 6, 6: the first 6 wins.
-    const common::BasicImage image = binary_from_text({"##..###..##", "##..###..##", "..........#"});
-    ConnectedComponentCalculator calculator;
-    calculator.formulate_connected_components(image);
-    Geobox<int> box;
-    EXPECT_EQ(calculator.calculate_largest_blob_bounding_box(box), 6);
-    EXPECT_EQ(std::vector<int>({box.left, box.right, box.top, box.bottom}), std::vector<int>({4, 6, 0, 1}));
 }
 
 TEST(ConnectedComponentQueries, LargestComponentOfAPointSetIsMadeOfUnlistedPixels) {
@@ -209,31 +153,4 @@ TEST(ConnectedComponentQueries, ScaleImageLevelsOutsideTheTablesThrow) {
     EXPECT_EQ(e.create_scale_img(5, scale, binary, 0, 1, true, 9.0, 0.0), 0);
     EXPECT_EQ(scale.get_pixel(31, 31), 6u);
     EXPECT_EQ(scale.get_pixel(32, 0), 0u);
-}
-
-TEST(ConnectedComponentQueriesTest, FeatureBlobsCarryWholeBoxAreaAndHeadInEnumerationOrder) {
-    // The "Y" seen from above: the second lower run opens a stroke that
-    // becomes the head, so box and area must come from the whole chain.
-    const common::BasicImage image = binary_from_text({"#####....", "#...#....", "#...#..##", ".......##"});
-    ConnectedComponentCalculator calculator;
-    std::list<TextBlob> blobs;
-    calculator.calculate_feature_blobs(image, blobs);
-    ASSERT_EQ(blobs.size(), 2u);
-    ASSERT_EQ(calculator.size(), 2u);
-    ConnectedComponentCalculator::iterator head = calculator.begin();
-    for (const TextBlob& blob : blobs) {
-        EXPECT_EQ(blob.component, &*head);
-        EXPECT_EQ(blob.component->previous, nullptr);
-        ++head;
-    }
-    const TextBlob& frame = blobs.front().area == 9 ? blobs.front() : blobs.back();
-    const TextBlob& square = blobs.front().area == 9 ? blobs.back() : blobs.front();
-    EXPECT_EQ((std::vector<int>{int(frame.area), frame.box.left, frame.box.right, frame.box.top, frame.box.bottom}),
-              (std::vector<int>{9, 0, 4, 0, 2}));
-    EXPECT_EQ((std::vector<int>{int(square.area), square.box.left, square.box.top, square.box.bottom}),
-              (std::vector<int>{4, 7, 2, 3}));
-    // A second call appends without forming again.
-    calculator.calculate_feature_blobs(image, blobs);
-    EXPECT_EQ(blobs.size(), 4u);
-    EXPECT_EQ(calculator.size(), 2u);
 }

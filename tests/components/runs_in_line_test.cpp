@@ -69,29 +69,6 @@ TEST(RunsInLine, BitonalScanMatchesAPixelScanOnRandomLines) {
     }
 }
 
-TEST(RunsInLine, BitonalScanCases) {
-    struct Case {
-        const char* name;
-        std::vector<int> columns;
-        int start_column;
-        int width;
-        std::vector<BinaryRun> expected;
-    };
-    const std::vector<Case> cases = {
-        {"run reaching the last column of width 13", {9, 10, 11, 12}, 0, 13, {{9, 12}}},
-        {"run ending exactly on a byte boundary", {3, 4, 5, 6, 7}, 0, 20, {{3, 7}}},
-        {"start column inside a run cuts it", {10, 11, 12, 13}, 12, 40, {{12, 13}}},
-        {"start column past byte 1 keeps its bit offset", {17, 21, 22}, 19, 40, {{21, 22}}},
-        {"pixels after a long blank stretch", {200, 201, 250}, 0, 256, {{200, 201}, {250, 250}}},
-    };
-    RunsInLine line;
-    for (const Case& c : cases) {
-        const std::vector<unsigned char> bytes = bits_of(c.columns, (c.width + 31) / 32 * 4);
-        line.formulate_runs(bytes.data(), c.start_column, c.width);
-        EXPECT_EQ(describe(runs_of(line)), describe(c.expected)) << c.name;
-    }
-}
-
 // Width 12: bits 12 to 31 of the row are padding and should be zero. A set
 // one alone is still reported as (start, width - 1); one joined to the last
 // column extends that run to the first clear bit minus one.
@@ -103,21 +80,6 @@ TEST(RunsInLine, SetPaddingBits) {
     const std::vector<unsigned char> joined = bits_of({10, 11, 12, 13}, 4);
     line.formulate_runs(joined.data(), 0, 12);
     EXPECT_EQ(describe(runs_of(line)), "(10,13)");
-}
-
-TEST(RunsInLine, RescanEmptiesTheRunsFirstAndNullOrEmptyRangesGiveNothing) {
-    const std::vector<unsigned char> bytes = bits_of({1, 5}, 4);
-    RunsInLine line;
-    line.formulate_runs(bytes.data(), 0, 8);
-    EXPECT_EQ(line.size(), 2u);
-    line.formulate_runs(bytes.data(), 3, 8);
-    EXPECT_EQ(line.size(), 1u);
-    line.formulate_runs(bytes.data(), 8, 8);
-    EXPECT_TRUE(line.empty());
-    line.formulate_runs(nullptr, 0, 8);
-    EXPECT_TRUE(line.empty());
-    line.formulate_gray_runs(nullptr, 0, 8);
-    EXPECT_TRUE(line.empty());
 }
 
 TEST(RunsInLine, GrayScanTreatsOnly255AsBackground) {

@@ -1,5 +1,5 @@
 // Binary morphology: the word-wide ring dilation and the run-based x and y
-// twins against plain per-pixel versions, and the logic operations.
+// twins against plain per-pixel versions, and the forms on whole images.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -146,38 +146,6 @@ TEST(GeoMorphological, RunTwinsMatchPerPixelVersionsInRandomWindows) {
     }
 }
 
-TEST(GeoMorphological, RequiredLimitsOfTheRunTwins) {
-    std::mt19937 random(9u);
-    BitBuffer image(12, 8);
-    image.randomize(random, 50);
-    for (int y = 0; y < 12; ++y)
-        for (int x = 50; x < 64; ++x) image.put(x, y, false);
-
-    BitBuffer eroded = image;
-    GeoMorphological::erode_x(0, eroded.bytes.data(), 8, 0, 50, 0, 12);
-    EXPECT_EQ(eroded.bytes, image.bytes) << "erode_x with size 0";
-
-    BitBuffer opened = image;
-    GeoMorphological::open_x(1, opened.bytes.data(), 8, 0, 50, 0, 12);
-    EXPECT_EQ(opened.bytes, image.bytes) << "open_x with size 1";
-
-    // A run reaching column 29 dilated by 3 inside [0, 31) stops at 30.
-    BitBuffer line(1, 8);
-    for (int x = 20; x < 30; ++x) line.put(x, 0, true);
-    GeoMorphological::dilate_x(3, line.bytes.data(), 8, 0, 31, 0, 1);
-    EXPECT_TRUE(line.get(30, 0));
-    EXPECT_FALSE(line.get(31, 0));
-    EXPECT_TRUE(line.get(17, 0));
-    EXPECT_FALSE(line.get(16, 0));
-
-    // A run of exactly 2 size disappears; one pixel longer keeps its middle.
-    BitBuffer runs(1, 4);
-    for (int x = 0; x < 4; ++x) runs.put(x, 0, true);
-    for (int x = 10; x < 15; ++x) runs.put(x, 0, true);
-    GeoMorphological::erode_x(2, runs.bytes.data(), 4, 0, 32, 0, 1);
-    for (int x = 0; x < 32; ++x) EXPECT_EQ(runs.get(x, 0), x == 12) << x;
-}
-
 TEST(GeoMorphological, ImageFormsCoverTheWholeImageAndOnlyBinaryImages) {
     common::BasicImage image(6, 10, common::BINARY);
     for (int y = 1; y < 5; ++y) image.set_pixel(4, y, 1);
@@ -195,27 +163,4 @@ TEST(GeoMorphological, ImageFormsCoverTheWholeImageAndOnlyBinaryImages) {
     gray.set_pixel(0, 0, 1);
     GeoMorphological::dilate_x(gray, 1);
     EXPECT_EQ(gray.get_pixel(1, 0), 0u);
-}
-
-TEST(GeoMorphological, LogicOperationsRunOverTheWholeBuffer) {
-    common::BasicImage a(3, 40, common::BINARY);
-    common::BasicImage b(3, 40, common::BINARY);
-    unsigned char* pa = a.get_data();
-    unsigned char* pb = b.get_data();
-    for (int i = 0; i < a.get_data_size(); ++i) {
-        pa[i] = static_cast<unsigned char>(0xF0 ^ i);
-        pb[i] = static_cast<unsigned char>(0x3C + 7 * i);
-    }
-    const std::vector<unsigned char> original(pa, pa + a.get_data_size());
-    struct Case { void (*operation)(common::Image&, const common::Image&); unsigned (*expected)(unsigned, unsigned); };
-    const std::vector<Case> cases = {
-        {&GeoMorphological::or2, [](unsigned x, unsigned y) { return x | y; }},
-        {&GeoMorphological::xor2, [](unsigned x, unsigned y) { return x ^ y; }},
-        {&GeoMorphological::remove_denotation, [](unsigned x, unsigned y) { return x & ~y & 0xFFu; }},
-    };
-    for (const Case& c : cases) {
-        std::copy(original.begin(), original.end(), pa);
-        c.operation(a, b);
-        for (int i = 0; i < a.get_data_size(); ++i) ASSERT_EQ(pa[i], c.expected(original[i], pb[i])) << i;
-    }
 }

@@ -1,7 +1,6 @@
-// Whole-image services: patch, difference, mean, deviation, binary tests.
+// Whole-image services: patch, difference, mean, binary tests.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstring>
 #include <vector>
 
@@ -52,26 +51,4 @@ TEST(ImageOperator, BinaryTestsAndObjectCoordinates) {
     ImageOperator::obtain_object_coordinates(dots, xs, ys);
     EXPECT_EQ(xs, (std::vector<int>{4, 0, 1}));
     EXPECT_EQ(ys, (std::vector<int>{0, 1, 2}));
-}
-
-TEST(ImageOperator, BackgroundStdAnswersTheThirdOfSixPatches) {
-    // 700 by 700: s = 7. Patches differ by the amplitude of a checkerboard:
-    // top-left 0, top-right 2, bottom-left 4, bottom-right 6, middle-left 8,
-    // middle-right 10. A checkerboard of +-a around 100 has deviation close to a
-    // (49 pixels: 25 and 24 of each sign).
-    const int size = 700, s = 7;
-    BasicImage image = support::flat_image(size, size, 100);
-    const int origins[6][2] = {{0, 0}, {size - s, 0}, {0, size - s}, {size - s, size - s},
-                               {0, size / 2 - s / 2}, {size - s, size / 2 - s / 2}};
-    for (int p = 0; p < 6; ++p)
-        for (int y = 0; y < s; ++y)
-            for (int x = 0; x < s; ++x)
-                image.set_pixel(origins[p][0] + x, origins[p][1] + y,
-                                static_cast<unsigned>((x + y) % 2 ? 100 - 2 * p : 100 + 2 * p));
-    const double mean = (25.0 * 104 + 24.0 * 96) / 49, square = (25.0 * 104 * 104 + 24.0 * 96 * 96) / 49;
-    float lowest = -1.0f;
-    const float third = ImageOperator::calculate_background_std(image, &lowest);
-    EXPECT_EQ(lowest, 0.0f);
-    EXPECT_NEAR(third, std::sqrt(square - mean * mean), 1e-2);  // amplitude 4
-    EXPECT_EQ(ImageOperator::calculate_background_std(image, nullptr), third);
 }
