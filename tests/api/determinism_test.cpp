@@ -1,8 +1,8 @@
-// Every exported family answers the same bytes twice on the same input, and
-// two handles of a family interleaved call by call answer what one alone does.
+// The searching families answer the same bytes twice on the same input, and
+// two handles interleaved call by call answer what one alone does. The line
+// segment family's fuzz target repeats each search on the same handle.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <vector>
@@ -90,15 +90,9 @@ TEST(Determinism, CorrectorAndFreeFunctions) {
     }
 }
 
-TEST(Determinism, LineSegmentsCornerSearchAndBlobs) {
+TEST(Determinism, CornerSearch) {
     Page page(1);
     const ImageCApi input = page.record();
-    expect_repeatable(lsd_create, destroy_lsd, 2, [&](void* lsd, int, Bytes& out) {
-        int count = 0;
-        double* lines = search_for_line_segments(lsd, &input, &count);
-        append(out, lines, 7 * static_cast<size_t>(count));
-        clean_lines(lines);
-    });
     for (int method : {0, 6}) {
         expect_repeatable([method] { return create_corner_search_enginee(method); }, destroy_corner_search_enginee, 2,
                           [&](void* engine, int, Bytes& out) {
@@ -108,31 +102,4 @@ TEST(Determinism, LineSegmentsCornerSearchAndBlobs) {
                               append(out, &corners, 1);
                           });
     }
-    // Only 255 is background in a gray record: the marks and the desk become
-    // components once the paper is made white.
-    Page blobs(1);
-    for (unsigned char& v : blobs.pixels) v = v > 150 ? 255 : v;
-    const ImageCApi image = blobs.record();
-    expect_repeatable(create_blob_calculator, delete_blob_calculator, 3, [&](void* calculator, int step, Bytes& out) {
-        const int count = perform_blob_formulation(calculator, &image);
-        std::vector<int> a(static_cast<size_t>(count)), b(a.size());
-        if (step == 0) {
-            std::vector<int> labels(static_cast<size_t>(image.width + 2) * (image.height + 2));
-            calculate_label_image(calculator, &image, labels.data(), 1);
-            append(out, labels.data(), labels.size());
-        } else if (step == 1) {
-            obtain_blob_dimension_histogram(calculator, &image, a.data(), b.data());
-            append(out, a.data(), a.size());
-            obtain_blob_top_points(calculator, &image, a.data(), b.data());
-            append(out, b.data(), b.size());
-        } else {
-            int* xs = nullptr;
-            int* ys = nullptr;
-            const int points = obtain_blob_contours_one_by_one(calculator, &image, &xs, &ys, &std::malloc);
-            append(out, xs, static_cast<size_t>(points));
-            append(out, ys, static_cast<size_t>(points));
-            std::free(xs);
-            std::free(ys);
-        }
-    });
 }
