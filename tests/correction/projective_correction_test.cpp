@@ -256,6 +256,23 @@ TEST(FillColour, GrayIsTheMeanOfTheBrighterHalfOfTheStripsWhenTheWarpLeavesTheIm
     for (int u = 0; u < output.get_width(); ++u) ASSERT_EQ(output.get_pixel(u, 80), 36u);
 }
 
+// Fewer than two pixels give black; of three pixels of brightness 76 and a
+// dark one the brighter half is the first two of the equal three in their
+// order; the sums are divided, unsigned, by the half count.
+TEST(FillColour, RgbBrighterHalf) {
+    struct Case { int count; std::vector<unsigned char> pixels, colour; };
+    const Case cases[] = {
+        {1, {200, 210, 220}, {0, 0, 0}},
+        {4, {0, 0, 0, 0, 130, 0, 100, 79, 0, 255, 0, 0}, {50, 104, 0}},
+        {3, {255, 255, 255, 254, 254, 253, 0, 0, 0}, {255, 255, 255}},  // half = 1: only the brightest
+    };
+    for (const Case& c : cases) {
+        std::vector<unsigned char> colour = {1, 2, 3};
+        ProjectiveCorrection::find_above_median_color(c.count, c.pixels.data(), colour.data());
+        EXPECT_EQ(colour, c.colour) << c.count;
+    }
+}
+
 TEST(FillColour, StripOfAnRgbImageTakesThreeBytesAPixelAndSidesOutsideGiveNothing) {
     common::BasicImage input(30, 30, common::RGB);
     for (int y = 0; y < 30; ++y) input.set_pixel(5, y, 0x102030u);
