@@ -73,32 +73,6 @@ TEST(BlobCalculatorFamily, BinaryAndGrayRecordsGiveTheSameAnswers) {
     }
 }
 
-TEST(BlobCalculatorFamily, NeighborhoodAndAnEmptyImage) {
-    Record diagonal({"#..", ".#.", "..#"}, true);
-    const std::pair<int, int> cases[] = {{4, 3}, {8, 1}, {0, 1}, {6, 1}};
-    for (const auto& c : cases) {
-        void* calculator = create_blob_calculator();
-        set_neighborhood(calculator, c.first);
-        EXPECT_EQ(perform_blob_formulation(calculator, &diagonal.image), c.second) << c.first;
-        delete_blob_calculator(calculator);
-    }
-    Record empty({"....", "...."}, true);
-    void* calculator = create_blob_calculator();
-    EXPECT_EQ(perform_blob_formulation(calculator, &empty.image), 0);
-    allocated_sizes.clear();
-    int* xs = nullptr;
-    int* ys = nullptr;
-    EXPECT_EQ(obtain_blob_contours_one_by_one(calculator, &empty.image, &xs, &ys, counting_allocate), 0);
-    EXPECT_EQ(allocated_sizes, (std::vector<size_t>{0u, 0u}));  // still allocated twice
-    std::free(xs);
-    std::free(ys);
-    std::vector<int> labels(4 * 2, 7);
-    calculate_label_image(calculator, &empty.image, labels.data(), 0);
-    EXPECT_EQ(labels, std::vector<int>(8, 0));
-    delete_blob_calculator(calculator);
-    delete_blob_calculator(nullptr);
-}
-
 TEST(BlobCalculatorFamily, ScaleImagesThroughTheRecords) {
     const std::vector<std::string> coarse = {"......#.", ".###....", ".....###", ".....###"};
     for (bool only : {false, true}) {

@@ -18,15 +18,6 @@ ImageCApi record(int width, int height, int channels, int is_binary, unsigned ch
     return ImageCApi{width, height, 0, 0, channels, is_binary, data};
 }
 
-// The rule itself is tested inside; here the boundary passes it through.
-TEST(FreeFunctions, OutputDimensionCrossesTheBoundary) {
-    const ControlPointCorners skewed = {{0, 10, 11, 0}, {0, 0, 5, 5}};
-    int width = 0, height = 0;
-    EXPECT_EQ(obtain_output_image_dimension(&skewed, &width, &height), 0);
-    EXPECT_EQ(width, 12);
-    EXPECT_EQ(height, 6);
-}
-
 // Own corners: output (u, v) reads near ((W - 1) u / W, (H - 1) v / H); the
 // first column and row and the last column are copies at the floor.
 TEST(FreeFunctions, OwnCornersWriteAnOutputOfTheInputSize) {

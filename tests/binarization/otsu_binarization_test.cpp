@@ -45,18 +45,6 @@ TEST(OtsuBinarization, InkIsDarkInsideAndTheFrameAndPaddingAreSetAfterTheComplem
     }
 }
 
-TEST(OtsuBinarization, WithoutInvertTheBrightClassIsSetAndTheFrameStaysClear) {
-    common::BasicImage gray = two_level_page(6, 40, 40, 200);
-    common::BasicImage output;
-    OtsuBinarization otsu(&gray, &output);
-    otsu.set_invert(false);
-    otsu.set_despeckle(false);
-    ASSERT_TRUE(otsu.run_binarization());
-    EXPECT_EQ(output.get_pixel(25, 2), 1u);
-    EXPECT_EQ(output.get_pixel(5, 2), 0u);
-    EXPECT_EQ(output.get_pixel(39, 2), 0u);
-}
-
 // The application packs eight pixels to a byte; it must set exactly the bits
 // of a plain per-pixel walk, at every width around the byte edges.
 TEST(OtsuBinarization, PackedApplicationMatchesAPerPixelWalk) {
@@ -90,31 +78,6 @@ TEST(OtsuBinarization, PackedApplicationMatchesAPerPixelWalk) {
     }
 }
 
-TEST(OtsuBinarization, ImagesUnderThreePixelsASideAreAllSet) {
-    const int sizes[][2] = {{2, 2}, {2, 40}, {40, 2}};
-    for (const auto& s : sizes) {
-        common::BasicImage gray = two_level_page(s[0], s[1], 10, 250);
-        common::BasicImage output;
-        OtsuBinarization otsu(&gray, &output);
-        ASSERT_TRUE(otsu.run_binarization());
-        for (int i = 0; i < output.get_data_size(); ++i) EXPECT_EQ(output.get_data()[i], 0xFF) << s[0] << "x" << s[1];
-    }
-}
-
-TEST(BinarizationFrame, BinarySourceIsReturnedUnchangedSpecksIncluded) {
-    common::BasicImage binary(20, 40, common::BINARY, 150, 200);
-    binary.set_pixel(10, 10, 1);  // an isolated speck that despeckling would remove
-    binary.set_pixel(30, 5, 1);
-    common::BasicImage output(3, 3, common::GRAY);
-    OtsuBinarization otsu(&binary, &output);
-    ASSERT_TRUE(otsu.run_binarization());
-    EXPECT_EQ(output.get_image_type(), common::BINARY);
-    EXPECT_EQ(output.get_x_resolution(), 150);
-    EXPECT_EQ(output.get_y_resolution(), 200);
-    ASSERT_EQ(output.get_data_size(), binary.get_data_size());
-    EXPECT_EQ(0, std::memcmp(output.get_data(), binary.get_data(), static_cast<size_t>(binary.get_data_size())));
-}
-
 TEST(BinarizationFrame, FourChannelSourceAnswersFalseWithAnEmptyOutput) {
     common::BasicImage bgra(8, 8, common::BGRA);
     common::BasicImage output;
@@ -133,22 +96,6 @@ TEST(BinarizationFrame, NullOutputThrows) {
     } catch (const std::exception& e) {  // a caller that cannot name the type reads the text too
         EXPECT_STREQ(e.what(), "the output image is empty");
     }
-}
-
-TEST(BinarizationFrame, RgbSourceIsBinarizedByLuminanceWithTheSourceResolutions) {
-    // Pure blue (luminance 29) beside pure green (149): with the mean both
-    // would be 85 and Otsu would see a flat page.
-    common::BasicImage rgb(6, 40, common::RGB, 200, 100);
-    for (int y = 0; y < 6; ++y)
-        for (int x = 0; x < 40; ++x) rgb.set_pixel(x, y, x < 20 ? 0x0000FFu : 0x00FF00u);
-    common::BasicImage output;
-    OtsuBinarization otsu(&rgb, &output);
-    ASSERT_TRUE(otsu.run_binarization());
-    EXPECT_EQ(output.get_x_resolution(), 200);
-    EXPECT_EQ(output.get_y_resolution(), 100);
-    EXPECT_EQ(output.get_pixel(10, 3), 1u);
-    EXPECT_EQ(output.get_pixel(30, 3), 0u);
-    EXPECT_EQ(rgb.get_image_type(), common::RGB);  // the source is never touched
 }
 
 TEST(BinarizationFrame, DespecklingRemovesAnIsolatedInkPixelUnlessCleared) {

@@ -209,46 +209,5 @@ TEST(SauvolaBinarization, GrayLimitsDecideWithoutAWindow) {
     }
 }
 
-TEST(SauvolaBinarization, TextLikePageHasInkWhereTheStrokesAre) {
-    const int height = 300;
-    const int width = 400;
-    const common::BasicImage gray = support::text_page(height, width, 3u);
-    common::BasicImage output;
-    SauvolaBinarization sauvola(&gray, &output);
-    sauvola.set_window_size(35);
-    sauvola.set_k(0.2f);
-    ASSERT_TRUE(sauvola.run_binarization());
-    int strokes = 0, stroke_ink = 0, paper = 0, paper_ink = 0, cores = 0, core_ink = 0;
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x) {
-            const bool ink = output.get_pixel(x, y) != 0;
-            if (support::is_stroke(x, y, height, width)) {
-                ++strokes;
-                stroke_ink += ink;
-                // The stroke's middle column below the band's first line: the
-                // smoothing's box lags a line, so each band's first line is
-                // smoothed with two lines of paper and may be lost.
-                if ((x - 40) % 12 == 1 && (y - 40) % 24 != 0) {
-                    ++cores;
-                    core_ink += ink;
-                }
-            } else {
-                ++paper;
-                paper_ink += ink;
-            }
-        }
-    EXPECT_EQ(core_ink, cores);
-    EXPECT_GT(stroke_ink, strokes * 9 / 10);
-    EXPECT_LT(paper_ink, paper / 100);
-    // Repeatable, and the input is never smoothed in place.
-    common::BasicImage again;
-    SauvolaBinarization second(&gray, &again);
-    second.set_window_size(35);
-    second.set_k(0.2f);
-    ASSERT_TRUE(second.run_binarization());
-    EXPECT_TRUE(same_bytes(output, again));
-    EXPECT_TRUE(same_bytes(gray, support::text_page(height, width, 3u)));
-}
-
 }  // namespace
 }  // namespace geometric

@@ -133,25 +133,6 @@ struct GrayScene {
 
 }  // namespace
 
-TEST(BinaryComponentFeatures, ForeBackMeansAreIntegerDivisions) {
-    GrayScene scene(5, 5);
-    scene.gray.set_pixel(4, 4, 48);  // the middle pixel, interior
-    Stroke::BlobNeighborForeBack means{};
-    scene.head().fore_back_neighbor(scene.binary, scene.binary, scene.gray, 3, means);
-    EXPECT_EQ(means.foreground, (8 * 40 + 48) / 9);  // 40, not 40.9
-    EXPECT_EQ(means.all_pixels, (24 * 40 + 48) / 25);
-    EXPECT_EQ(means.background, 200);
-    // Without background the mean is the empty sum, and the cost keeps its
-    // background cost.
-    const common::BasicImage all_ink = support::flat_image(9, 9, 0xFF, common::BINARY);  // no ring left clear
-    scene.head().fore_back_neighbor(scene.binary, all_ink, scene.gray, 3, means);
-    EXPECT_EQ(means.background, 0);
-    Stroke::BlobNeighborCost cost{0.0, 0.0, 7.5, 3.0};
-    EXPECT_DOUBLE_EQ(scene.head().compression_cost(scene.binary, all_ink, scene.gray, 3, {40, 40, 40}, cost), 0.0);
-    EXPECT_DOUBLE_EQ(cost.background_cost, 7.5);
-    EXPECT_DOUBLE_EQ(cost.background_count, 0.0);
-}
-
 TEST(BinaryComponentFeatures, GradientCostPredictionsAtTheImageCorners) {
     // 2 x 2 gray values; each case marks one pixel as the blob.
     //   10 20

@@ -141,52 +141,6 @@ TEST(ProjectiveRegistrationBase, QualifiesInputsAndScalesTheWorkingImage) {
     EXPECT_EQ(search.run_projective_registration(common::BasicImage(5, 100, common::GRAY), corners), -1);
 }
 
-TEST(ProjectiveRegistrationBase, CornersOfAReducedWorkingImageAreScaledBack) {
-    const support::Quad page = support::quad(120, 80, 680, 80, 680, 520, 120, 520);
-    const common::BasicImage photo = support::photo(800, 600, page);
-    OperationalBoundingEdgeRegistration search;
-    search.maximum_dimension = 400;  // rate 2
-    search.corner_detection_within_image = true;
-    Corners corners;
-    ASSERT_EQ(search.run_projective_registration(photo, corners), 1);
-    EXPECT_LE(worst_corner_error(corners, page), 10.0);
-    // The output check refuses a page that is too small for the area limit.
-    search.minimum_quadrilateral_area = 0.9f;
-    EXPECT_EQ(search.run_projective_registration(photo, corners), -4);
-}
-
-TEST(CornerPreprocessing, SmoothingFollowsTheBackgroundNoise) {
-    const support::Quad page = support::quad(60, 40, 340, 40, 340, 260, 60, 260);
-    common::BasicImage quiet = support::photo(400, 300, page);
-    common::BasicImage edges;
-    bool strong = true;
-    EXPECT_TRUE(CornerPreprocessing::perform_edge_detection(quiet, edges, strong, 1));
-    EXPECT_FALSE(strong);
-    EXPECT_EQ(edges.get_image_type(), common::BINARY);
-    common::BasicImage noisy = quiet;
-    std::uint32_t state = 3u;
-    for (int y = 0; y < 300; ++y)
-        for (int x = 0; x < 400; ++x) {
-            state = state * 1664525u + 1013904223u;
-            unsigned char& p = noisy.get_line_pointer(y)[x];
-            p = static_cast<unsigned char>(std::min(255, std::max(0, p + static_cast<int>(state >> 27) - 16)));
-        }
-    CornerPreprocessing::perform_edge_detection(noisy, edges, strong, 1);
-    EXPECT_TRUE(strong);
-}
-
-TEST(BoundingEdgeRegistration, LargeBlobAnalyzerStopsOnceTheImageStopsChanging) {
-    const common::BasicImage photo = support::photo(200, 150, support::quad(40, 30, 160, 30, 160, 120, 40, 120));
-    auto analyzer = std::make_shared<LargeBlobCornerAnalyzer>();
-    BoundingCornerFactory factory{std::make_shared<OTSUEdgeExtractor>(), analyzer,
-                                  std::make_shared<StrictBoundinglineCornerEstimator>()};
-    BoundingEdgeRegistration search(std::make_shared<BoundingCornerFactory>(factory));
-    Corners corners;
-    EXPECT_EQ(search.implement_registration(photo, corners), -1);
-    EXPECT_GT(analyzer->passes, 1);
-    EXPECT_LT(analyzer->passes, 200);
-}
-
 TEST(BoundingEdgeRegistration, KernelAnalyzerIsSkippedAndCombinedChainsKeepTheLastTried) {
     const common::BasicImage photo = support::photo(200, 150, support::quad(40, 30, 160, 30, 160, 120, 40, 120));
     auto kernel = std::make_shared<BoundingCornerFactory>(BoundingCornerFactory{

@@ -148,33 +148,6 @@ TEST_F(BoundaryUpdatingTest, FourthLineCompletesThreeOrIsRolledBackByteForByte) 
     }
 }
 
-TEST_F(BoundaryUpdatingTest, CandidateThatCannotHelpChangesNothing) {
-    struct Case { const char* what; const char* slots; BoundingLine candidate; };  // slots kept before it comes
-    const Case cases[] = {
-        {"a side already held", "LTR-", side_at(geometric::TOP_BOUNDARY, 2)},
-        {"a single boundary held", "-T--", side_at(geometric::LEFT_BOUNDARY, 0)},
-        {"a third line on the dark side", "L-R-", side_at(geometric::TOP_BOUNDARY, 15)},
-    };
-    for (const Case& c : cases) {
-        BoundingLineArrayWrapper wrapper = page_array();
-        for (int k = 0; k < 4; ++k)
-            if (c.slots[k] == '-') wrapper.boundaries[k].clear();
-        const BoundingLineArrayWrapper before = wrapper;
-        BoundingLine candidate = c.candidate;
-        EXPECT_FALSE(wrapper.update_with_potential_boundary(candidate, false)) << c.what;
-        EXPECT_EQ(state_difference(wrapper, before), "") << c.what;
-    }
-    // A good third line that crosses the pair is kept, though the answer is false.
-    BoundingLineArrayWrapper pair = page_array();
-    pair.boundaries[geometric::TOP_BOUNDARY].clear();
-    pair.boundaries[geometric::BOTTOM_BOUNDARY].clear();
-    BoundingLine top = side_at(geometric::TOP_BOUNDARY, 0);
-    EXPECT_FALSE(pair.update_with_potential_boundary(top, false));
-    EXPECT_EQ(valid_slots(pair), "LTR-");
-    EXPECT_TRUE(pair.is_cross_boundaries_ready());
-    EXPECT_EQ(pair.confidences[0], 100.0);
-}
-
 TEST_F(BoundaryUpdatingTest, ThreeBoundariesYieldAWeakConstructedFourth) {
     for (BoundingLinePosition side : kSides) {
         BoundingLineArrayWrapper wrapper = page_array();
@@ -193,29 +166,6 @@ TEST_F(BoundaryUpdatingTest, ThreeBoundariesYieldAWeakConstructedFourth) {
         EXPECT_EQ(built.points[0].x + built.points[1].y, expected.points[0].x + expected.points[1].y);
         EXPECT_EQ(wrapper.confidences.size(), 3u);
         EXPECT_FLOAT_EQ(wrapper.vertices[8].x, 40.0f);
-    }
-}
-
-TEST_F(BoundaryUpdatingTest, ConstructedFourthNeedsAlikeNeighboursClosingOnTheOppositeSide) {
-    struct Case { int left_bottom, right_bottom; bool built; };  // y of the lower ends of left and right
-    // Top missing: q = left / right length, gaps measured at the bottom.
-    const Case cases[] = {
-        {130, 121, true},   // q 100/91 = 1.099, gap 9
-        {130, 120, false},  // q 100/90 = 1.111
-        {120, 130, true},   // q 0.9 exactly, gap 10: both at their limits
-        {119, 130, false},  // gap 11
-    };
-    for (const Case& c : cases) {
-        BoundingLineArrayWrapper wrapper = page_array();
-        wrapper.boundaries[geometric::TOP_BOUNDARY].clear();
-        wrapper.boundaries[geometric::LEFT_BOUNDARY] = make_boundary(geometric::LEFT_BOUNDARY, 40, 30, 40, c.left_bottom);
-        wrapper.boundaries[geometric::RIGHT_BOUNDARY] =
-            make_boundary(geometric::RIGHT_BOUNDARY, 160, 30, 160, c.right_bottom);
-        const BoundingLineArrayWrapper before = wrapper;
-        EXPECT_EQ(wrapper.update_with_three_available_boundaries(), c.built) << c.left_bottom << " " << c.right_bottom;
-        if (!c.built) {
-            EXPECT_EQ(state_difference(wrapper, before), "");
-        }
     }
 }
 
@@ -319,45 +269,6 @@ TEST_F(BoundaryUpdatingTest, CandidateSetsCombineIntoTheOutermostFour) {
     // The same input gives the same bytes.
     ASSERT_TRUE(twice.combine_multiple_candidate_boundaries());
     EXPECT_EQ(state_difference(wrapper, twice), "");
-}
-
-TEST_F(BoundaryUpdatingTest, BorderLeftIsNeverUsedAndAStandInTooNearIsDropped) {
-    BoundingLineArrayWrapper wrapper(image);
-    keep_set(wrapper, {make_boundary(geometric::LEFT_BOUNDARY, 0, 20, 0, 140), side_at(geometric::TOP_BOUNDARY, 0),
-                       side_at(geometric::RIGHT_BOUNDARY, 0)});
-    keep_set(wrapper, {side_at(geometric::RIGHT_BOUNDARY, -10), side_at(geometric::BOTTOM_BOUNDARY, 0)});
-    keep_set(wrapper, {side_at(geometric::TOP_BOUNDARY, -3)});
-    // No left of its own: the innermost right (x 150) stands in, lies 10 from
-    // the right's middle, under a tenth of the width, and is dropped.
-    EXPECT_FALSE(wrapper.combine_multiple_candidate_boundaries());
-    EXPECT_EQ(valid_slots(wrapper), "-TRB");
-    EXPECT_EQ(wrapper.boundaries[geometric::RIGHT_BOUNDARY].points[0].x, 160);
-}
-
-TEST_F(BoundaryUpdatingTest, FewerThanTwelveEntriesTakeTheFullerSet) {
-    BoundingLineArrayWrapper wrapper(image);
-    keep_set(wrapper, {side_at(geometric::LEFT_BOUNDARY, 0), side_at(geometric::TOP_BOUNDARY, 0)});
-    wrapper.boundaries[geometric::BOTTOM_BOUNDARY] = side_at(geometric::BOTTOM_BOUNDARY, 0);
-    EXPECT_FALSE(wrapper.combine_multiple_candidate_boundaries());
-    EXPECT_EQ(valid_slots(wrapper), "LT--");
-
-    // The current set wins a tie.
-    BoundingLineArrayWrapper tie(image);
-    keep_set(tie, {side_at(geometric::RIGHT_BOUNDARY, 0)});
-    tie.boundaries[geometric::BOTTOM_BOUNDARY] = side_at(geometric::BOTTOM_BOUNDARY, 0);
-    EXPECT_FALSE(tie.combine_multiple_candidate_boundaries());
-    EXPECT_EQ(valid_slots(tie), "---B");
-
-    // A previous stage's slots count as one more set.
-    auto previous = std::make_shared<BoundingLineArrayWrapper>(image);
-    previous->boundaries[geometric::LEFT_BOUNDARY] = side_at(geometric::LEFT_BOUNDARY, 0);
-    previous->boundaries[geometric::BOTTOM_BOUNDARY] = side_at(geometric::BOTTOM_BOUNDARY, 0);
-    BoundingLineArrayWrapper later(image);
-    later.previous_wrapper = previous;
-    keep_set(later, {side_at(geometric::TOP_BOUNDARY, 0), side_at(geometric::RIGHT_BOUNDARY, 0)});
-    EXPECT_TRUE(later.combine_multiple_candidate_boundaries());
-    EXPECT_EQ(valid_slots(later), "LTRB");
-    EXPECT_EQ(later.boundaries.size(), 12u);
 }
 
 }  // namespace

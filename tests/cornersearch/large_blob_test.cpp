@@ -43,19 +43,6 @@ TEST(AdaptiveContourGenerator, BinaryObjectsOfAPagePhotoAreThePageAlone) {
     EXPECT_GT(outlines[0].size(), 900u);
 }
 
-TEST(AdaptiveContourGenerator, EdgeThresholdsFollowTheMeanAndTheQuietestBackground) {
-    const common::BasicImage photo = support::photo(400, 300, support::quad(60, 40, 340, 40, 340, 260, 60, 260));
-    common::BasicImage contours;
-    AdaptiveContourGenerator generator(photo, contours);
-    generator.generate_edge_objects();
-    EXPECT_GE(generator.get_background_deviation(), 1.0f);
-    EXPECT_LE(generator.get_background_deviation(), 2.5f);
-    EXPECT_LT(generator.get_image_mean(), 140.0f);
-    // A flat image has no edge at all.
-    const common::BasicImage flat = support::photo(200, 150, support::quad(0, 0, 0, 0, 0, 0, 0, 0), support::Paper{0, 128, 40, false});
-    EXPECT_EQ(contour_image(flat, true).get_image_type(), common::BINARY);
-}
-
 // Both contour routes, an upright and a tilted page: the four vertices of the
 // array lie within a few pixels of the page's corners.
 TEST(BlobBoundaryEstimator, FindsTheFourSidesOfUprightAndTiltedPages) {

@@ -68,50 +68,6 @@ TEST(ProjectiveCorrection, WarpWithImageCornersKeepsTheSizeAndCopiesTheEdges) {
     }
 }
 
-// Corners (x0, y0) .. (x0 + W, y0 + H) into an output of W x H map every
-// output pixel onto a whole input pixel: the result is the sub-rectangle,
-// mirrored when the corners are, with the fill colour beyond the input.
-TEST(ProjectiveCorrection, AxisAlignedCropWithExplicitSizeIsTheSubRectangle) {
-    struct Case {
-        int x0, y0, w, h;
-        bool mirror_x, mirror_y;
-    };
-    const Case cases[] = {
-        {5, 4, 20, 15, false, false},  {0, 0, 37, 29, false, false}, {27, 20, 20, 16, false, false},
-        {3, 2, 30, 20, true, false},   {3, 2, 30, 20, false, true},  {-6, -5, 45, 36, true, true},
-    };
-    const unsigned char fill[3] = {7, 8, 9};
-    for (common::ImageType type : {common::GRAY, common::RGB}) {
-        const int iw = 37, ih = 29;
-        const int bytes = type == common::RGB ? 3 : 1;
-        for (const Case& c : cases) {
-            common::BasicImage input = support::noise_image(ih, iw, 11, type);
-            common::BasicImage output(c.h, c.w, type);
-            ProjectiveCorrection correction(&input, &output);
-            correction.set_filling_mode(0);
-            for (int i = 0; i < 3; ++i) correction.get_filling_pixel()[i] = fill[i];
-            const float left = static_cast<float>(c.x0), right = static_cast<float>(c.x0 + c.w);
-            const float top = static_cast<float>(c.y0), bottom = static_cast<float>(c.y0 + c.h);
-            const float xa = c.mirror_x ? right : left, xb = c.mirror_x ? left : right;
-            const float ya = c.mirror_y ? bottom : top, yb = c.mirror_y ? top : bottom;
-            Corners corners = support::corners(xa, ya, xb, ya, xb, yb, xa, yb);
-            correction.perspective_transformation_general(input.get_data(), output.get_data(), iw, ih, c.w, c.h,
-                                                          corners);
-            for (int v = 0; v < c.h; ++v)
-                for (int u = 0; u < c.w; ++u) {
-                    const int x = c.mirror_x ? c.x0 + c.w - u : c.x0 + u;
-                    const int y = c.mirror_y ? c.y0 + c.h - v : c.y0 + v;
-                    const unsigned char* got = output.get_data() + (v * c.w + u) * bytes;
-                    const bool inside = x >= 0 && x < iw && y >= 0 && y < ih;
-                    const unsigned char* want = inside ? input.get_data() + (y * iw + x) * bytes : fill;
-                    for (int b = 0; b < bytes; ++b)
-                        ASSERT_EQ(got[b], want[b]) << "type " << type << " case " << c.x0 << "," << c.y0 << " at "
-                                                   << u << "," << v;
-                }
-        }
-    }
-}
-
 // On the image 2x + 4y, a two-fold enlargement puts every other position
 // halfway between pixels, where linear sampling is exact: u + 2v inside,
 // the copied value 2 (u / 2) + 4 (v / 2) where the floor is near the border.
@@ -271,29 +227,6 @@ TEST(FillColour, RgbBrighterHalf) {
         ProjectiveCorrection::find_above_median_color(c.count, c.pixels.data(), colour.data());
         EXPECT_EQ(colour, c.colour) << c.count;
     }
-}
-
-TEST(FillColour, StripOfAnRgbImageTakesThreeBytesAPixelAndSidesOutsideGiveNothing) {
-    common::BasicImage input(30, 30, common::RGB);
-    for (int y = 0; y < 30; ++y) input.set_pixel(5, y, 0x102030u);
-    common::BasicImage output;
-    ProjectiveCorrection correction(&input, &output);
-    std::vector<unsigned char> pixels;
-    geometric::Geocoordinate<float> top(0, 0), bottom(0, 29);
-    correction.get_pixels_on_ver_line(top, bottom, pixels, true);
-    ASSERT_EQ(pixels.size() % 3, 0u);
-    ASSERT_FALSE(pixels.empty());
-    for (size_t i = 0; i < pixels.size(); i += 3) {
-        EXPECT_EQ(pixels[i], 0x10);
-        EXPECT_EQ(pixels[i + 1], 0x20);
-        EXPECT_EQ(pixels[i + 2], 0x30);
-    }
-    // Sides outside the image give nothing.
-    pixels.clear();
-    geometric::Geocoordinate<float> a(-10, -10), b(-10, 40), c(-5, 50), d(40, 50);
-    correction.get_pixels_on_ver_line(a, b, pixels, true);
-    correction.get_pixels_on_hor_line(c, d, pixels, false);
-    EXPECT_TRUE(pixels.empty());
 }
 
 TEST(FillColour, FourByteImageThrowsWhenTheWarpLeavesIt) {

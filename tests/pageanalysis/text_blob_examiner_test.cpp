@@ -114,33 +114,6 @@ TEST(TextBlobExaminerTest, ExtractedLineRunsAlongTheBlobThroughItsCentre) {
     EXPECT_NEAR(line.point_distance(line.points[0]), 0.0, 1e-9);
 }
 
-TEST(TextBlobExaminerTest, AngleAndEccentricityBoundsAreKept) {
-    const OneBlob upright(steep_staircase(10, 5, 12, 100));
-    const double e = TextBlobExaminer::get_blob_eccentricity(upright.feature);
-    struct Case {
-        double minimum_eccentricity;
-        float tolerance;
-        bool accepted;
-    };
-    const Case cases[] = {
-        {e, 0.0f, true},                                   // angle 90 at both ends of a closed range
-        {std::nextafter(e, 1.0), 20.0f, false},            // one step past the eccentricity bound
-        {std::nextafter(e, 0.0), 20.0f, true},
-    };
-    for (const Case& c : cases) {
-        TextBlobExaminer examiner(c.minimum_eccentricity, c.tolerance);
-        GeolineBasePoints<float> line;
-        double eccentricity = 0.0;
-        EXPECT_EQ(examiner.extract_line_from_blob(upright.blob, line, eccentricity), c.accepted);
-    }
-    // Leaning 45 degrees is outside 20 degrees of upright, inside 45.
-    const OneBlob diagonal(staircase(5, 5, 10, 1, true));
-    GeolineBasePoints<float> line;
-    double eccentricity = 0.0;
-    EXPECT_FALSE(TextBlobExaminer(0.9, 20.0f).extract_line_from_blob(diagonal.blob, line, eccentricity));
-    EXPECT_TRUE(TextBlobExaminer(0.9, 45.0f).extract_line_from_blob(diagonal.blob, line, eccentricity));
-}
-
 TEST(TextBlobExaminerTest, BlobWithoutPixelsIsRejectedNotMeasured) {
     TextBlobExaminer examiner(0.0, 90.0f);
     GeolineBasePoints<float> line;

@@ -9,21 +9,6 @@
 using common::BasicImage;
 using geometric::BinaryImageOperator;
 
-TEST(BinaryImageOperator, ContourNeedsAClearNeighbourInsideTheImage) {
-    BasicImage image(3, 3, common::BINARY);
-    for (int y = 0; y < 3; ++y)
-        for (int x = 0; x < 3; ++x) image.set_pixel(x, y, 1);
-    const int row_size = image.get_row_size();
-    // A full 3 by 3 blob: the middle and the corners have no clear neighbour
-    // inside the image, since outside pixels do not count.
-    EXPECT_FALSE(BinaryImageOperator::in_the_blob_contour(image.get_line_pointer(1), 1, 1, 3, 3, row_size));
-    EXPECT_FALSE(BinaryImageOperator::in_the_blob_contour(image.get_line_pointer(0), 0, 0, 3, 3, row_size));
-    EXPECT_FALSE(BinaryImageOperator::in_the_blob_contour(image.get_line_pointer(2), 2, 2, 3, 3, row_size));
-    image.set_pixel(2, 2, 0);  // a diagonal neighbour counts
-    EXPECT_TRUE(BinaryImageOperator::in_the_blob_contour(image.get_line_pointer(1), 1, 1, 3, 3, row_size));
-    EXPECT_FALSE(BinaryImageOperator::in_the_blob_contour(image.get_line_pointer(0), 0, 0, 3, 3, row_size));
-}
-
 TEST(BinaryImageOperator, BlackRunFindsInkAcrossByteBoundaries) {
     // Row of 64 bits with ink at bits 5 and 30 only.
     std::vector<unsigned char> row(8, 0);

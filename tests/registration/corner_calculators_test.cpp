@@ -165,31 +165,6 @@ TEST(CornerCalculators, RefusalsAndDegenerateDirectionsLeaveTheCornersAlone) {
     EXPECT_TRUE(corners.empty());
 }
 
-TEST(CornerCalculators, ParallelDirections) {
-    CornerCalculatorParallel calculator(kWidth, kHeight);
-    const Corners image{{0, 0}, {kW, 0}, {kW, kH}, {0, kH}};
-    Corners corners;
-    EXPECT_TRUE(calculator.estimate_parallel_virtual_corners(true, true, 0.0f, 90.0f, corners));
-    expect_corners(corners, image, 0.0f, "angle 0.0 gives the image's own edges");
-    EXPECT_TRUE(calculator.estimate_parallel_virtual_corners(false, false, 12.0f, 80.0f, corners));
-    expect_corners(corners, image, 0.0f, "no direction gives the image");
-
-    // Slanted both ways: the sides keep their slopes and enclose the image.
-    const float angles[][2] = {{5.0f, 85.0f}, {175.0f, 95.0f}, {5.0f, 95.0f}, {170.0f, 80.0f}};
-    for (const auto& pair : angles) {
-        ASSERT_TRUE(calculator.estimate_parallel_virtual_corners(true, true, pair[0], pair[1], corners));
-        expect_encloses_image(corners, "slanted");
-        const double top = std::atan2(corners[1].y - corners[0].y, corners[1].x - corners[0].x) * 180 / M_PI;
-        EXPECT_NEAR(top < 0 ? top + 180 : top, pair[0], 1e-3);
-        const double left = std::atan2(corners[3].y - corners[0].y, corners[3].x - corners[0].x) * 180 / M_PI;
-        EXPECT_NEAR(left < 0 ? left + 180 : left, pair[1], 1e-3);
-    }
-
-    // A vertical direction at 0 degrees never crosses the top: the corners stay at (0, 0), no fault.
-    EXPECT_TRUE(calculator.estimate_parallel_virtual_corners(true, true, 0.0f, 0.0f, corners));
-    expect_corners(corners, Corners(4, Point(0, 0)), 0.0f, "parallel neighbours");
-}
-
 TEST(CornerCalculators, AnchorCornersAreTheExtremes) {
     // 100 x 100, both directions at 45 and 135 degrees: a diamond around the image.
     CornerCalculatorParallel calculator(100, 100);
@@ -230,26 +205,3 @@ TEST(CornerCalculators, MixedDirections) {
     }
 }
 
-// 100 x 100: from (-99, 49.5) the lines through the left corners have slopes
-// -0.5 and 0.5; from (49.5, -99) those through the top corners -2 and 2.
-TEST(CornerCalculators, CorrespondingPairsKnownByConstruction) {
-    const CornerCalculatorProjective calculator(100, 100);
-    const Corners image{{0, 0}, {99, 0}, {99, 99}, {0, 99}};
-    Corners virtual_corners, image_corners;
-    ASSERT_TRUE(calculator.estimate_cp_pairs(VPoint(-99, 49.5), HORIZONTAL_DIRECTION, virtual_corners,
-                                             image_corners));
-    expect_corners(image_corners, image, 0.0f, "image corners");
-    expect_corners(virtual_corners, {{0, 0}, {99, -49.5f}, {99, 148.5f}, {0, 99}}, 1e-4f, "horizontal pairs");
-    ASSERT_TRUE(calculator.estimate_cp_pairs(VPoint(49.5, -99), VERTICAL_DIRECTION, virtual_corners, image_corners));
-    expect_corners(virtual_corners, {{0, 0}, {99, 0}, {148.5f, 99}, {-49.5f, 99}}, 1e-4f, "vertical pairs");
-    ASSERT_TRUE(calculator.estimate_virtual_corners(VPoint(49.5, 49.5), VPoint(49.5, -99), false, true,
-                                                    virtual_corners));
-    expect_corners(virtual_corners, {{0, 0}, {99, 0}, {148.5f, 99}, {-49.5f, 99}}, 1e-4f, "vertical by flags");
-    // A refused point still yields the image corners.
-    image_corners.clear();
-    virtual_corners = kSentinel;
-    EXPECT_FALSE(calculator.estimate_cp_pairs(VPoint(49.5, -99), HORIZONTAL_DIRECTION, virtual_corners,
-                                              image_corners));
-    expect_corners(image_corners, image, 0.0f, "image corners on failure");
-    expect_corners(virtual_corners, kSentinel, 0.0f, "virtual corners untouched");
-}

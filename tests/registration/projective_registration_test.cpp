@@ -223,54 +223,6 @@ TEST(ProjectiveRegistration, EdgeCornersFromFourFoundLines) {
     EXPECT_EQ(r.bounding_lines.size(), 4u);
 }
 
-TEST(ProjectiveRegistration, TransformChoosesTheCalculatorByFlagsAndOutput) {
-    const int w = 640, h = 480;
-    common::BasicImage image(h, w, common::GRAY);
-    const Geocoordinate<double> horizontal_point(3333.0, 200.0), vertical_point(300.0, 2375.0);
-    Corners expected;
-    struct Case { const char* what; Flags flags; RegistrationOutputType output; };
-    const Case cases[] = {
-        {"two vanishing points", kBothVp, REGISTRATION_TWO_VANISHING_POINTS},
-        {"vertical point only", {false, false, true, false}, REGISTRATION_ONE_VANISHING_POINT},
-        {"mixed, horizontal point", {true, false, false, true}, REGISTRATION_MIXED_DIRECTIONS},
-        {"two slanted parallel directions", {false, true, false, true}, REGISTRATION_TWO_PARALLEL_DIRECTIONS},
-        {"one parallel direction", {false, false, false, true}, REGISTRATION_ONE_PARALLEL_DIRECTION},
-    };
-    for (const Case& c : cases) {
-        TestRegistration r(&image);
-        set_flags(r.vanishing_points, c.flags);
-        r.vanishing_points.horizontal_point = horizontal_point;
-        r.vanishing_points.vertical_point = vertical_point;
-        r.vanishing_points.horizontal.angle = 4.0f;
-        r.vanishing_points.vertical.angle = 93.0f;
-        r.registration_output = c.output;
-        ASSERT_TRUE(r.transform_vp_2_vc()) << c.what;
-
-        const VanishingPointHorVerInfo& v = r.vanishing_points;
-        if (!v.horizontal.has_vanishing_point && !v.vertical.has_vanishing_point) {
-            CornerCalculatorParallel(w, h).estimate_parallel_virtual_corners(
-                v.horizontal.is_parallel, v.vertical.is_parallel, 4.0f, 93.0f, expected);
-        } else if (c.output == REGISTRATION_MIXED_DIRECTIONS) {
-            CornerCalculatorParallelMixedProjective mixed(w, h);
-            if (v.horizontal.has_vanishing_point)
-                mixed.estimate_mixed_virtual_corners(HORIZONTAL_DIRECTION, horizontal_point, expected, 93.0f);
-            else
-                mixed.estimate_mixed_virtual_corners(VERTICAL_DIRECTION, vertical_point, expected, 4.0f);
-        } else {
-            CornerCalculatorProjective(w, h).estimate_virtual_corners(horizontal_point, vertical_point,
-                                                                     v.horizontal.has_vanishing_point,
-                                                                     v.vertical.has_vanishing_point, expected);
-        }
-        expect_corners(r.corners, expected, 0.0f, c.what);
-
-        // The corners pass their examination and keep the image's proportions.
-        r.para.use_edge_corners = false;
-        EXPECT_TRUE(r.obtain_corners()) << c.what;
-        EXPECT_EQ(r.registration_output, REGISTRATION_TWO_VANISHING_POINTS) << c.what;
-        EXPECT_TRUE(flags_of(r.vanishing_points) == c.flags) << c.what;
-    }
-}
-
 TEST(ProjectiveRegistration, VirtualCornersRemadeFromTheDirectionThatRemains) {
     // 100 wide, 400 high. The vertical point sits just above the image, so the
     // left and right sides fan out to a bottom far wider than the image while

@@ -24,17 +24,6 @@ TEST(Geobox, BoundsAreInclusive) {
     EXPECT_EQ(Geobox<int>().width(), 1);
 }
 
-TEST(GeolineBase, DistanceAndValueOnGeneralAndVerticalForms) {
-    const GeolineBase general(0.75, -1.0, 2.0);  // y = 0.75 x + 2
-    const Geocoordinate<float> above(4.0f, 0.0f);  // line at y = 5
-    EXPECT_DOUBLE_EQ(general.point_value(above), 5.0);
-    EXPECT_DOUBLE_EQ(general.point_distance(above), 5.0 / 1.25);
-    EXPECT_LT(general.point_value(Geocoordinate<int>(4, 9)), 0.0);  // other side
-    const GeolineBase vertical(1.0, 0.0, -7.0);
-    EXPECT_DOUBLE_EQ(vertical.point_distance(Geocoordinate<double>(2.0, 100.0)), 5.0);
-    EXPECT_DOUBLE_EQ(vertical.point_value(Geocoordinate<double>(2.0, 100.0)), -5.0);
-}
-
 TEST(GeolineBase, AngleTable) {
     struct Case {
         GeolineBase line;
