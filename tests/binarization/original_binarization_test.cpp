@@ -75,26 +75,6 @@ TEST(ClassicalMethods, InkIsTheBarOnly) {
     }
 }
 
-TEST(SauvolaBinarizationOriginal, SurfaceIsSpreadToTheFrameAndSetsBitsWhereItExceedsThePixel) {
-    const common::BasicImage gray = support::noise_image(40, 50, 23u, common::GRAY, 60, 200);
-    common::BasicImage output;
-    SauvolaBinarizationOriginal sauvola(&gray, &output);
-    sauvola.set_want_threshold_surface(true);
-    sauvola.set_despeckle(false);
-    ASSERT_TRUE(sauvola.run_binarization());
-    ASSERT_EQ(sauvola.get_window_x(), 11);  // 40 / 4 = 10, made odd
-    const std::shared_ptr<Image<double>> surface = sauvola.get_threshold_surface();
-    ASSERT_TRUE(surface);
-    const int h = 5;
-    for (int y = 0; y < 40; ++y)
-        for (int x = 0; x < 50; ++x) {
-            const int sx = std::min(std::max(x, h), 50 - h - 1);
-            const int sy = std::min(std::max(y, h), 40 - h - 1);
-            EXPECT_EQ(surface->at(x, y), surface->at(sx, sy)) << x << "," << y;
-            EXPECT_EQ(output.get_pixel(x, y), surface->at(x, y) > gray.get_line_pointer(y)[x] ? 1u : 0u);
-        }
-}
-
 TEST(WolfBinarizationOriginal, FlatPageHasNoInk) {
     // Every deviation is 0, so R is 0 and each threshold is not a number.
     const common::BasicImage gray = support::flat_image(30, 30, 90);

@@ -195,19 +195,5 @@ TEST(QuickSauvola, FailuresCarryTheirExactTexts) {
     EXPECT_NO_THROW(quick(four, SauvolaPara()));
 }
 
-TEST(SauvolaBinarization, GrayLimitsDecideWithoutAWindow) {
-    // 201 everywhere is paper, 49 everywhere ink, whatever the window says.
-    for (const int value : {201, 255, 49, 0}) {
-        const common::BasicImage gray = support::flat_image(60, 90, static_cast<unsigned char>(value));
-        common::BasicImage output;
-        SauvolaBinarization sauvola(&gray, &output);
-        ASSERT_TRUE(sauvola.run_binarization());
-        int ink = 0;
-        for (int y = 0; y < 60; ++y)
-            for (int x = 0; x < 90; ++x) ink += static_cast<int>(output.get_pixel(x, y));
-        EXPECT_EQ(ink, value > 200 ? 0 : 60 * 90) << value;
-    }
-}
-
 }  // namespace
 }  // namespace geometric

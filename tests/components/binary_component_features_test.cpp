@@ -109,30 +109,6 @@ TEST(BinaryComponentFeatures, ThickBlobTestsEveryRunAtItsLimits) {
     }
 }
 
-namespace {
-
-// A blob of gray 40 at rows 2.., columns 2.. of a page of gray 200, the
-// dilated image equal to the binary one unless told.
-struct GrayScene {
-    common::BasicImage binary;
-    common::BasicImage gray;
-    ConnectedComponentCalculator calculator;
-
-    GrayScene(int blob_height, int blob_width)
-        : binary(blob_height + 4, blob_width + 4, common::BINARY),
-          gray(support::flat_image(blob_height + 4, blob_width + 4, 200)) {
-        for (int y = 2; y < 2 + blob_height; ++y)
-            for (int x = 2; x < 2 + blob_width; ++x) {
-                binary.set_pixel(x, y, 1);
-                gray.set_pixel(x, y, 40);
-            }
-        calculator.formulate_connected_components(binary);
-    }
-    const Stroke& head() { return *heads_of(calculator).at(0); }
-};
-
-}  // namespace
-
 TEST(BinaryComponentFeatures, GradientCostPredictionsAtTheImageCorners) {
     // 2 x 2 gray values; each case marks one pixel as the blob.
     //   10 20

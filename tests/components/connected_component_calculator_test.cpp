@@ -1,5 +1,6 @@
 // Formation of components: the required shapes of the split and merge rules,
-// and a cross-check of chains and labels against a plain flood fill.
+// a cross-check of chains and labels against a plain flood fill, and the chain
+// walks on a chain deep enough that a recursion would overflow.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -45,6 +46,14 @@ std::vector<Stroke*> strokes_of(const ConnectedComponentCalculator& calculator) 
     for (const StrokeArray& array : calculator.get_pool())
         for (Stroke* stroke = array.begin(); stroke != array.end(); ++stroke) strokes.push_back(stroke);
     return strokes;
+}
+
+// Links strokes[0] -> strokes[1] -> ... by next and previous.
+void chain(std::vector<Stroke>& strokes) {
+    for (size_t i = 0; i + 1 < strokes.size(); ++i) {
+        strokes[i].next = &strokes[i + 1];
+        strokes[i + 1].previous = &strokes[i];
+    }
 }
 
 }  // namespace
@@ -186,5 +195,20 @@ TEST(ConnectedComponentCalculator, AgreesWithAFloodFillOnRandomImages) {
             ASSERT_EQ(summary(calculator), summary(plain)) << "trial " << trial;
             for (const Stroke* stroke : strokes_of(plain)) EXPECT_TRUE(stroke->runs.empty());
         }
+    }
+}
+
+// Deep enough that an unbounded recursion would be a risk; every stroke
+// passed stores the end found, the ends themselves store nothing.
+TEST(BinaryConnectedComponent, FindsStoreTheEndsInEveryStrokePassedWithoutRecursion) {
+    std::vector<Stroke> strokes(400000);
+    chain(strokes);
+    EXPECT_EQ(strokes.back().get_first_element(), &strokes.front());
+    EXPECT_EQ(strokes.front().get_last_element(), &strokes.back());
+    EXPECT_EQ(strokes.front().cached_first, nullptr);
+    EXPECT_EQ(strokes.back().cached_last, nullptr);
+    for (size_t i = 1; i < strokes.size(); ++i) {
+        ASSERT_EQ(strokes[i].cached_first, &strokes.front()) << i;
+        ASSERT_EQ(strokes[i - 1].cached_last, &strokes.back()) << i;
     }
 }

@@ -57,24 +57,6 @@ TEST(OperationalBoundingEdgeRegistration, FindsPagesWithVisibleEdges) {
     }
 }
 
-// A page that runs past the left border shows three sides: the contour
-// stages keep them for the line stage, which is not part of the library yet.
-TEST(OperationalBoundingEdgeRegistration, ThreeSidesOfACutPageAreHandedOn) {
-    const common::BasicImage photo = support::photo(800, 600, support::quad(-40, 90, 560, 70, 600, 530, -40, 540));
-    OperationalBoundingEdgeRegistration search(OperationalBoundingEdgeRegistration::BINARY_EDGE_SEARCH);
-    Corners corners;
-    EXPECT_EQ(search.run_projective_registration(photo, corners), -1);
-    ASSERT_TRUE(search.previous_wrapper);
-    const BoundingLineArrayWrapper& sides = *search.previous_wrapper;
-    EXPECT_FALSE(sides.boundaries[geometric::LEFT_BOUNDARY].is_valid());
-    EXPECT_TRUE(sides.boundaries[geometric::TOP_BOUNDARY].is_valid());
-    EXPECT_TRUE(sides.boundaries[geometric::RIGHT_BOUNDARY].is_valid());
-    EXPECT_TRUE(sides.boundaries[geometric::BOTTOM_BOUNDARY].is_valid());
-    // The edge stage took the binary stage's wrapper as its previous one.
-    ASSERT_TRUE(sides.previous_wrapper);
-    EXPECT_EQ(sides.previous_wrapper->calculate_valid_boundary_number(), 3);
-}
-
 TEST(OperationalBoundingEdgeRegistration, EachContourStageAloneFindsAClearPage) {
     const support::Quad page = support::quad(160, 100, 660, 60, 720, 540, 100, 500);
     const common::BasicImage photo = support::photo(800, 600, page);

@@ -1,6 +1,6 @@
 // Candidates competing for the four sides on small gray pages: the grey test,
-// one more line with its rollback, a fourth side built from three, and the
-// combination of candidate sets.
+// one more line with its rollback, small polygons kept as candidates, and the
+// filling of a slot from candidate lists.
 #include <string>
 #include <vector>
 
@@ -148,27 +148,6 @@ TEST_F(BoundaryUpdatingTest, FourthLineCompletesThreeOrIsRolledBackByteForByte) 
     }
 }
 
-TEST_F(BoundaryUpdatingTest, ThreeBoundariesYieldAWeakConstructedFourth) {
-    for (BoundingLinePosition side : kSides) {
-        BoundingLineArrayWrapper wrapper = page_array();
-        const BoundingLine expected = wrapper.boundaries[side];
-        wrapper.boundaries[side].clear();
-        ASSERT_TRUE(wrapper.update_with_three_available_boundaries()) << "missing " << side;
-        ASSERT_EQ(wrapper.boundaries.size(), 12u);
-        EXPECT_EQ(valid_slots(wrapper), "----");
-        // The three real lines as one set, the constructed one alone.
-        for (int k = 0; k < 4; ++k) {
-            EXPECT_EQ(wrapper.boundaries[4 + k].is_valid(), k != side) << k;
-            EXPECT_EQ(wrapper.boundaries[8 + k].is_valid(), k == side) << k;
-        }
-        const BoundingLine& built = wrapper.boundaries[8 + side];
-        EXPECT_TRUE(built.type == geometric::WEAK_BOUNDING_LINE && built.position == side);
-        EXPECT_EQ(built.points[0].x + built.points[1].y, expected.points[0].x + expected.points[1].y);
-        EXPECT_EQ(wrapper.confidences.size(), 3u);
-        EXPECT_FLOAT_EQ(wrapper.vertices[8].x, 40.0f);
-    }
-}
-
 TEST_F(BoundaryUpdatingTest, LargestSmallPolygonCandidateWins) {
     BoundingLineArrayWrapper wrapper(image);
     const Rectangle sets[] = {{60, 50, 100, 80}, {50, 40, 120, 100}, {60, 50, 100, 80}};
@@ -240,35 +219,6 @@ TEST_F(BoundaryUpdatingTest, CandidateListsFillASlotSkippingWeakLines) {
         EXPECT_EQ(slot.points[0].x, c.x);
         EXPECT_EQ(slot.position, geometric::RIGHT_BOUNDARY);  // repaired by the combination
     }
-}
-
-// Candidate sets as the blob stages leave them: each a partial page.
-void keep_set(BoundingLineArrayWrapper& wrapper, const std::vector<BoundingLine>& lines) {
-    for (const BoundingLine& line : lines) wrapper.boundaries[line.position] = line;
-    wrapper.keep_as_candidate_boundaries();
-}
-
-TEST_F(BoundaryUpdatingTest, CandidateSetsCombineIntoTheOutermostFour) {
-    BoundingLineArrayWrapper wrapper(image);
-    keep_set(wrapper, {side_at(geometric::LEFT_BOUNDARY, 0), side_at(geometric::TOP_BOUNDARY, 0),
-                       side_at(geometric::RIGHT_BOUNDARY, -10)});
-    keep_set(wrapper, {side_at(geometric::RIGHT_BOUNDARY, 0), side_at(geometric::BOTTOM_BOUNDARY, 0),
-                       side_at(geometric::LEFT_BOUNDARY, -20)});
-    // A left on the image's border and an inner top.
-    keep_set(wrapper, {make_boundary(geometric::LEFT_BOUNDARY, 0, 20, 0, 140), side_at(geometric::TOP_BOUNDARY, -20)});
-    BoundingLineArrayWrapper twice = wrapper;
-
-    ASSERT_TRUE(wrapper.combine_multiple_candidate_boundaries());
-    EXPECT_EQ(valid_slots(wrapper), "LTRB");
-    EXPECT_EQ(wrapper.boundaries[geometric::LEFT_BOUNDARY].points[0].x, 40);
-    EXPECT_EQ(wrapper.boundaries[geometric::TOP_BOUNDARY].points[0].y, 30);
-    EXPECT_EQ(wrapper.boundaries[geometric::RIGHT_BOUNDARY].points[0].x, 160);
-    EXPECT_EQ(wrapper.boundaries[geometric::BOTTOM_BOUNDARY].points[0].y, 130);
-    EXPECT_FLOAT_EQ(wrapper.vertices[2].x, 160.0f);
-
-    // The same input gives the same bytes.
-    ASSERT_TRUE(twice.combine_multiple_candidate_boundaries());
-    EXPECT_EQ(state_difference(wrapper, twice), "");
 }
 
 }  // namespace

@@ -27,22 +27,6 @@ common::BasicImage contour_image(const common::BasicImage& photo, bool edges) {
     return contours;
 }
 
-TEST(AdaptiveContourGenerator, BinaryObjectsOfAPagePhotoAreThePageAlone) {
-    const common::BasicImage photo = support::photo(400, 300, support::quad(60, 40, 340, 40, 340, 260, 60, 260));
-    const common::BasicImage contours = contour_image(photo, false);
-    ASSERT_EQ(contours.get_image_type(), common::BINARY);
-    Contours outlines;
-    Boxes boxes;
-    EXPECT_EQ(AnalysisBlobExtractor().extract_analysis_blobs(contours, outlines, boxes), 0);
-    ASSERT_EQ(boxes.size(), 1u);
-    // The page's bright rim, widened by the dilation of 2.
-    EXPECT_NEAR(boxes[0].left, 60, 3);
-    EXPECT_NEAR(boxes[0].top, 40, 3);
-    EXPECT_NEAR(boxes[0].right, 339, 3);
-    EXPECT_NEAR(boxes[0].bottom, 259, 3);
-    EXPECT_GT(outlines[0].size(), 900u);
-}
-
 // Both contour routes, an upright and a tilted page: the four vertices of the
 // array lie within a few pixels of the page's corners.
 TEST(BlobBoundaryEstimator, FindsTheFourSidesOfUprightAndTiltedPages) {

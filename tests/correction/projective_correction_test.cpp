@@ -90,23 +90,6 @@ TEST(ProjectiveCorrection, TwofoldEnlargementInterpolatesHalfway) {
         }
 }
 
-// Four collinear corners form a flat parallelogram: its determinant is 0, so
-// only the parallelogram path maps it, onto the row the corners lie on.
-TEST(ProjectiveCorrection, FlatParallelogramReadsTheLineItLiesOn) {
-    common::BasicImage input(12, 30, common::GRAY);
-    for (int x = 0; x < 30; ++x) input.set_pixel(x, 5, static_cast<unsigned>(100 + x));
-    common::BasicImage output;
-    ProjectiveCorrection correction(&input, &output);
-    correction.set_filling_mode(0);
-    correction.get_filling_pixel()[0] = 7;
-    correction.set_control_points(support::corners(0, 5, 10, 5, 20, 5, 10, 5));
-    correction.run_correction();
-    ASSERT_EQ(output.get_width(), 11);
-    ASSERT_EQ(output.get_height(), 11);
-    for (int v = 0; v < 11; ++v)
-        for (int u = 0; u < 11; ++u) ASSERT_GE(output.get_pixel(u, v), 100u) << u << "," << v;
-}
-
 // Nearest sampling of own corners: output bit (u, v) is the input bit at
 // the floors of (W - 1) u / W and (H - 1) v / H, never an integer inside.
 TEST(ProjectiveCorrection, BinaryInputComesOutBinaryOwnedOrNot) {

@@ -83,18 +83,6 @@ TEST(TextBlobExaminerTest, AnglesAndEccentricitiesMatchTheMomentsWorkedOutByHand
     EXPECT_EQ(TextBlobExaminer::get_blob_angle(OneBlob(staircase(5, 5, 1, 12, true)).feature), 180.0f);
 }
 
-TEST(TextBlobExaminerTest, RoundBlobHasNoEccentricityAndNoAngle) {
-    const OneBlob round(disc(15, 15, 6));
-    EXPECT_EQ(TextBlobExaminer::get_blob_eccentricity(round.feature), 0.0);
-    EXPECT_EQ(TextBlobExaminer::get_blob_angle(round.feature), 0.0f);
-    // Even with no demand on eccentricity the angle keeps it out.
-    TextBlobExaminer examiner(0.0, 20.0f);
-    GeolineBasePoints<float> line;
-    double eccentricity = -1.0;
-    EXPECT_FALSE(examiner.extract_line_from_blob(round.blob, line, eccentricity));
-    EXPECT_EQ(eccentricity, -1.0);
-}
-
 TEST(TextBlobExaminerTest, ExtractedLineRunsAlongTheBlobThroughItsCentre) {
     // One column right every 3 lines going up: leans right of upright.
     const OneBlob one(steep_staircase(10, 5, 15, 3));

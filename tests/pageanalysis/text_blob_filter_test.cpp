@@ -69,22 +69,6 @@ TEST(TextBlobFilterTest, AreaBoundsAreRegularAndTheCountMustExceedTheMinimum) {
     EXPECT_EQ(sorted_areas(median.filter.irregular_blobs), (std::vector<unsigned>{201}));
 }
 
-TEST(TextBlobFilterTest, BlobsAtTheBorderLeaveBothListsAndTheMean) {
-    AreaPage page(std::vector<unsigned>(11, 12u));
-    common::BasicImage image(page.filter.height, page.filter.width, common::BINARY);
-    // A large block touching the last column and a small one a column short
-    // of it. Counted in the mean, the large block would raise the lower bound
-    // above 12 and throw out the rest.
-    fill_rect(image, page.filter.width - 20, 150, 20, 20);
-    fill_rect(image, page.filter.width - 5, 100, 4, 4);
-    ConnectedComponentCalculator calculator;
-    std::list<TextBlob> edge = form_blobs(calculator, image);
-    page.filter.regular_blobs.splice(page.filter.regular_blobs.end(), edge);
-    EXPECT_TRUE(page.filter.select_blob_for_horizontal_vp());
-    EXPECT_EQ(page.filter.regular_blobs.size(), 12u);  // mean (11 x 12 + 16) / 12, bounds 3.7 and 61.7
-    EXPECT_TRUE(page.filter.irregular_blobs.empty());
-}
-
 namespace {
 
 // Upright bars 1 x 12 (eccentricity 0.9965, slim at 0.975), upright bars

@@ -64,28 +64,6 @@ void expect_side_through(const Point& p, const Point& q, const VPoint& point, co
     EXPECT_LT(std::fabs(side_distance(p, q, point)) / reach, 1e-5) << what;
 }
 
-// A plane projective map h, row-major; its first two columns are the images
-// of the page's horizontal and vertical directions: the vanishing points.
-struct Homography {
-    double h[9];
-    Point map(double x, double y) const {
-        const double w = h[6] * x + h[7] * y + h[8];
-        return Point(static_cast<float>((h[0] * x + h[1] * y + h[2]) / w),
-                     static_cast<float>((h[3] * x + h[4] * y + h[5]) / w));
-    }
-    VPoint horizontal_vanishing_point() const { return VPoint(h[0] / h[6], h[3] / h[6]); }
-    VPoint vertical_vanishing_point() const { return VPoint(h[1] / h[7], h[4] / h[7]); }
-};
-
-// Perspective terms of both signs, so that the points fall in corner, side and
-// top or bottom zones.
-const Homography kViews[] = {
-    {{1.0, 0.12, 120, 0.06, 0.95, 60, 0.0003, 0.0004, 1}},
-    {{1.0, 0.12, 120, 0.06, 0.95, 60, -0.0003, -0.0004, 1}},
-    {{1.0, 0.12, 120, 0.06, 0.95, 60, 0.0003, -0.0004, 1}},
-    {{1.0, -0.1, 100, -0.08, 1.0, 90, -0.0002, 0.0005, 1}},
-};
-
 }  // namespace
 
 TEST(CornerCalculators, ZoneOfAPoint) {
@@ -104,33 +82,6 @@ TEST(CornerCalculators, ZoneOfAPoint) {
         int zone = -1;
         calculator.estimate_vp_position(VPoint(c.x, c.y), zone);
         EXPECT_EQ(zone, c.zone) << c.x << ", " << c.y;
-    }
-}
-
-TEST(CornerCalculators, VirtualCornersOfAProjectedRectangleEncloseTheImage) {
-    const CornerCalculatorProjective calculator(kWidth, kHeight);
-    for (const Homography& view : kViews) {
-        const VPoint horizontal = view.horizontal_vanishing_point();
-        const VPoint vertical = view.vertical_vanishing_point();
-        Corners c;
-        ASSERT_TRUE(calculator.estimate_virtual_corners(horizontal, vertical, true, true, c));
-        expect_encloses_image(c, "two directions");
-        expect_side_through(c[0], c[1], horizontal, "top through the horizontal point");
-        expect_side_through(c[3], c[2], horizontal, "bottom through the horizontal point");
-        expect_side_through(c[0], c[3], vertical, "left through the vertical point");
-        expect_side_through(c[1], c[2], vertical, "right through the vertical point");
-
-        ASSERT_TRUE(calculator.estimate_horizontal_virtual_corners(horizontal, c));
-        expect_encloses_image(c, "horizontal only");
-        expect_side_through(c[0], c[1], horizontal, "horizontal only, top");
-        EXPECT_EQ(c[0].x, 0.0f);  // the missing direction runs along the image axes
-        EXPECT_EQ(c[1].x, kW);
-
-        ASSERT_TRUE(calculator.estimate_vertical_virtual_corners(vertical, c));
-        expect_encloses_image(c, "vertical only");
-        expect_side_through(c[1], c[2], vertical, "vertical only, right");
-        EXPECT_EQ(c[0].y, 0.0f);
-        EXPECT_EQ(c[3].y, kH);
     }
 }
 

@@ -1,6 +1,7 @@
 // The corrector's driver: the kept working image, the result codes, the
-// output check, the rounding and reset of corners. The exported functions'
-// tests cover the refusals at their limits and the rate.
+// output check, the rounding and reset of corners, the fill colour from reset
+// corners. The exported functions' tests cover the refusals at their limits,
+// the rate and the caller's fill colour.
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -111,27 +112,6 @@ TEST_F(HybridResult, OutputCheckCodes) {
     }
 }
 
-// The area limit applies in full to outputs of page proportions and less
-// 0.1 to a square; the larger side must exceed its share of the input.
-TEST_F(HybridResult, AreaAndLargestDimensionLimits) {
-    // Output 61 x 46 (ratio 1.326): 60 x 45 = 2700 pixels is 0.135 of 20000.
-    set_corners(support::corners(0, 0, 60, 0, 60, 45, 0, 45));
-    EXPECT_EQ(driver.check_projective_output(), 1);
-    driver.set_minimum_aoi_area(0.2f);
-    EXPECT_EQ(driver.check_projective_output(), -4);
-    set_corners(support::corners(0, 0, 52, 0, 52, 52, 0, 52));  // square, same area: meets 0.2 - 0.1
-    EXPECT_EQ(driver.check_projective_output(), 1);
-    driver.set_minimum_aoi_area(0.25f);
-    EXPECT_EQ(driver.check_projective_output(), -4);
-    // Output 21 x 101 of a 200 x 100 input: height share 1.01.
-    set_corners(support::corners(0, 0, 20, 0, 20, 100, 0, 100));
-    driver.minimum_aoi_area = -1.0f;
-    driver.minimum_largest_dimension_percentage_threshold = 1.0;
-    EXPECT_EQ(driver.check_projective_output(), 1);
-    driver.minimum_largest_dimension_percentage_threshold = 1.01;
-    EXPECT_EQ(driver.check_projective_output(), -6);
-}
-
 TEST_F(HybridResult, FourCornersRoundByFloorOfValuePlusHalf) {
     set_corners(support::corners(1.5f, 2.49f, -0.5f, -1.5f, 10.4999f, -0.51f, 7.0f, 2.5f));
     ControlPointCorners out;
@@ -157,4 +137,48 @@ TEST_F(HybridResult, ResetFourCornersMarksOnlyARealChange) {
     fresh.obtain_four_corners(found);
     fresh.reset_four_corners(found);
     EXPECT_FALSE(fresh.corners_were_reset);
+}
+
+// Corners whose top-left lies outside the 40 x 40 page, so that output pixel
+// (0, 0) takes the fill colour; the other three lie on pixels inside.
+const ControlPointCorners kPartlyOutside = {{-10, 30, 30, 2}, {-10, 3, 30, 35}};
+
+// Output pixel (0, 0) takes the brightest pixel under marked reset corners,
+// or else the correction's own colour (the paper's 200). A reset marks only
+// a list that held corners before.
+TEST(HybridFill, ResetCornersGiveTheBrightestPixelUnderThem) {
+    struct Case { bool corners_found_first; ControlPointCorners corners; unsigned expected; };
+    const Case cases[] = {
+        {true, kPartlyOutside, 90},
+        {false, kPartlyOutside, 200},
+        {true, {{-5, 20, 45, 20}, {20, -5, 20, 45}}, 200},  // a diamond with every corner outside
+    };
+    for (const Case& c : cases) {
+        BasicImage image = support::flat_image(40, 40, 200);
+        image.set_pixel(30, 3, 90);   // under corner 1
+        image.set_pixel(30, 30, 50);  // under corner 2
+        image.set_pixel(2, 35, 70);   // under corner 3
+        HybridRegistration driver(&image);
+        if (c.corners_found_first) driver.obtain_internal_corners();
+        driver.reset_four_corners(c.corners);
+        EXPECT_EQ(driver.corners_were_reset, c.corners_found_first);
+        int width = 0, height = 0;
+        driver.obtain_corrected_img_dimension(width, height);
+        BasicImage output(height, width, common::GRAY);
+        EXPECT_EQ(driver.perform_correction(output), 1);
+        EXPECT_EQ(output.get_pixel(0, 0), c.expected);
+    }
+    // In colour the brightness is (598 R + 587 G) / 1000: blue counts for nothing.
+    BasicImage rgb = support::flat_image(40, 40, 255, common::RGB);
+    rgb.set_pixel(30, 3, 0x0000C8);   // 0
+    rgb.set_pixel(30, 30, 0xFF0000);  // 152
+    rgb.set_pixel(2, 35, 0x00C800);   // 117
+    HybridRegistration driver(&rgb);
+    driver.obtain_internal_corners();
+    driver.reset_four_corners(kPartlyOutside);
+    int width = 0, height = 0;
+    driver.obtain_corrected_img_dimension(width, height);
+    BasicImage output(height, width, common::RGB);
+    driver.perform_correction(output);
+    EXPECT_EQ(output.get_pixel(0, 0), 0xFF0000u);
 }

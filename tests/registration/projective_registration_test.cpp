@@ -157,50 +157,6 @@ TEST(ProjectiveRegistration, VirtualCornerExaminationTable) {
     }
 }
 
-TEST(ProjectiveRegistration, EdgeSearchFillsMissingSidesWithImageBorders) {
-    common::BasicImage image(80, 120, common::GRAY);  // 80 rows, 120 columns
-    TestRegistration none(&image), four(&image), r(&image);
-    EXPECT_FALSE(none.perform_edge_corner_searching());  // no line: nothing found
-    EXPECT_TRUE(none.bounding_lines.empty());
-    four.bounding_lines.assign(4, BoundingLine());  // four lines, no index set: none added
-    EXPECT_TRUE(four.perform_edge_corner_searching());
-    EXPECT_EQ(four.bounding_lines.size(), 4u);
-    BoundingLine top;
-    top.position = TOP_BOUNDARY;
-    top.line = GeolineBase(0.01, -1.0, 5.0);
-    top.segment_length = 90;
-    r.bounding_lines.push_back(top);
-    r.bounding_line_property.top_index = 0;
-    r.bounding_line_property.horizontal_lines.push_back(0);
-
-    EXPECT_TRUE(r.perform_edge_corner_searching());
-    ASSERT_EQ(r.bounding_lines.size(), 4u);
-    struct Expected { BoundingLinePosition position; double a, b, c; };
-    const Expected expected[] = {
-        {TOP_BOUNDARY, 0.01, -1.0, 5.0},
-        {LEFT_BOUNDARY, 1.0, 0.0, 0.0},
-        {RIGHT_BOUNDARY, 1.0, 0.0, -119.0},
-        {BOTTOM_BOUNDARY, 0.0, -1.0, 79.0},
-    };
-    for (int i = 0; i < 4; ++i) {
-        const BoundingLine& line = r.bounding_lines[i];
-        EXPECT_EQ(line.position, expected[i].position) << i;
-        EXPECT_EQ(line.line.a, expected[i].a) << i;
-        EXPECT_EQ(line.line.b, expected[i].b) << i;
-        EXPECT_EQ(line.line.c, expected[i].c) << i;
-    }
-    const BoundingLineProperty& p = r.bounding_line_property;
-    EXPECT_EQ(p.left_index, 1);
-    EXPECT_EQ(p.right_index, 2);
-    EXPECT_EQ(p.top_index, 0);
-    EXPECT_EQ(p.bottom_index, 3);
-    EXPECT_EQ(p.vertical_lines, (std::vector<int>{1, 2}));
-    EXPECT_EQ(p.horizontal_lines, (std::vector<int>{0, 3}));
-
-    // The corners are where the found top line and the borders cross.
-    expect_corners(r.corners, {{0, 5}, {119, 6.19f}, {119, 79}, {0, 79}}, 1e-4f, "borders");
-}
-
 TEST(ProjectiveRegistration, EdgeCornersFromFourFoundLines) {
     // A frame slightly smaller than the 120 x 80 image, its top tilted.
     common::BasicImage image(80, 120, common::GRAY);

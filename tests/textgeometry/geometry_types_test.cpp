@@ -15,15 +15,6 @@ using geometric::GeolineBase;
 // Boxes are written {right, bottom, left, top} throughout.
 static_assert(offsetof(Geobox<int>, right) == 0 && offsetof(Geobox<int>, top) == 3 * sizeof(int), "field order");
 
-TEST(Geobox, BoundsAreInclusive) {
-    const Geobox<int> box{10, 20, 1, 5};
-    EXPECT_EQ(box.width(), 10);
-    EXPECT_EQ(box.height(), 16);
-    EXPECT_EQ(box.area(), 160);
-    EXPECT_EQ((Geobox<int>{3, 3, 3, 3}.area()), 1);
-    EXPECT_EQ(Geobox<int>().width(), 1);
-}
-
 TEST(GeolineBase, AngleTable) {
     struct Case {
         GeolineBase line;

@@ -104,19 +104,6 @@ TEST(AdaptiveFit, FloatAndDoubleFormsDifferOnAVerticalSetAtSeven) {
     EXPECT_NE(f.line_angle(), 90.0);
 }
 
-TEST(AdaptiveFit, OutlierIsWeightedAway) {
-    PointsF points;
-    for (int i = 0; i < 20; ++i) points.push_back({static_cast<float>(i), 10.0f});
-    points.push_back({10.0f, 30.0f});
-    GeolineLeastSquare plain;
-    plain.fit(points);
-    EXPECT_GT(std::fabs(plain.c - 10.0), 0.5);
-    GeolineAdaptiveLeastSquare weighted;
-    weighted.use_pt_line_dis_iterative(points, false, 0.01);
-    EXPECT_NEAR(weighted.c, 10.0, 1e-5);
-    EXPECT_NEAR(weighted.a, 0.0, 1e-6);
-}
-
 // Every point 500 from the plain line: every weight is 0, the line becomes
 // not-a-number and the passes run out instead of looping.
 TEST(AdaptiveFit, AllWeightsZeroGiveNotANumberAndTheLoopEnds) {
