@@ -73,28 +73,3 @@ TEST(BlobCalculatorFamily, BinaryAndGrayRecordsGiveTheSameAnswers) {
     }
 }
 
-TEST(BlobCalculatorFamily, ScaleImagesThroughTheRecords) {
-    const std::vector<std::string> coarse = {"......#.", ".###....", ".....###", ".....###"};
-    for (bool only : {false, true}) {
-        Record binary(coarse, true);
-        std::vector<unsigned char> scale_bytes(16 * 8, 0);
-        ImageCApi scale{16, 8, 0, 0, 1, 0, scale_bytes.data()};
-        void* calculator = create_blob_calculator();
-        const int result = only ? create_scale_img_only(calculator, 1, &scale, &binary.image, 0, 4, false, 5.0, 2.0)
-                                : create_scale_img(calculator, 1, &scale, &binary.image, 0, 4, false, 5.0, 2.0);
-        EXPECT_EQ(result, 1);
-        EXPECT_EQ(scale_bytes[2 * 16 + 2], 2);
-        EXPECT_EQ(scale_bytes[3 * 16 + 7], 2);
-        EXPECT_EQ(scale_bytes[3 * 16 + 8], 0);
-        EXPECT_EQ(binary.bytes[0] & 0x02, only ? 0x02 : 0);  // the dot at (6, 0) stays only with _only
-        if (only) {
-            try {
-                create_scale_img_only(calculator, 5, &scale, &binary.image, 0, 4, false, 5.0, 2.0);
-                ADD_FAILURE() << "a level difference of 5 must throw";
-            } catch (const char* text) {
-                EXPECT_STREQ(text, "scale level difference not served by create_scale_img_only");
-            }
-        }
-        delete_blob_calculator(calculator);
-    }
-}

@@ -10,17 +10,14 @@
 /* C99 has no static assertion: a negative array size stops the build. */
 #define LAYOUT(condition, name) typedef char layout_##name[(condition) ? 1 : -1]
 
-LAYOUT(sizeof(ImageCApi) == 32, image_size);
-LAYOUT(offsetof(ImageCApi, channels) == 16, image_channels);
-LAYOUT(offsetof(ImageCApi, is_binary) == 20, image_is_binary);
-LAYOUT(offsetof(ImageCApi, data) == 24, image_data);
-LAYOUT(sizeof(ControlPointCorners) == 32, corners_size);
-LAYOUT(offsetof(ControlPointCorners, y) == 16, corners_y);
-LAYOUT(sizeof(VanishingPointsCApi) == 64, vanishing_size);
-LAYOUT(offsetof(VanishingPointsCApi, horizontal_point) == 8, vanishing_hpoint);
-LAYOUT(offsetof(VanishingPointsCApi, horizontal_angle) == 28, vanishing_hangle);
-LAYOUT(offsetof(VanishingPointsCApi, vertical_point) == 40, vanishing_vpoint);
-LAYOUT(offsetof(VanishingPointsCApi, vertical_angle) == 60, vanishing_vangle);
+LAYOUT(sizeof(ImageCApi) == 32 && offsetof(ImageCApi, channels) == 16 && offsetof(ImageCApi, is_binary) == 20 &&
+           offsetof(ImageCApi, data) == 24,
+       image);
+LAYOUT(sizeof(ControlPointCorners) == 32 && offsetof(ControlPointCorners, y) == 16, corners);
+LAYOUT(sizeof(VanishingPointsCApi) == 64 && offsetof(VanishingPointsCApi, horizontal_point) == 8 &&
+           offsetof(VanishingPointsCApi, horizontal_angle) == 28 && offsetof(VanishingPointsCApi, vertical_point) == 40 &&
+           offsetof(VanishingPointsCApi, vertical_angle) == 60,
+       vanishing_points);
 
 static int failures = 0;
 

@@ -37,18 +37,3 @@ TEST(CornerSearchFamily, FindsThePageAndAppliesTheSetters) {
     destroy_corner_search_enginee(NULL);
 }
 
-TEST(CornerSearchFamily, NoPageGivesMinusOneAndTheImagesCorners) {
-    std::vector<unsigned char> pixels(160 * 120, 90);
-    const ImageCApi image = {160, 120, 0, 0, 1, 0, pixels.data()};
-    for (int method : {0, 6, 7}) {
-        void* handle = create_corner_search_enginee(method);
-        ControlPointCorners corners;
-        EXPECT_EQ(perform_corner_searching(handle, &image, &corners), -1) << method;
-        const int xs[4] = {0, 159, 159, 0}, ys[4] = {0, 0, 119, 119};
-        for (int k = 0; k < 4; ++k) {
-            EXPECT_EQ(corners.x[k], xs[k]) << method;
-            EXPECT_EQ(corners.y[k], ys[k]) << method;
-        }
-        destroy_corner_search_enginee(handle);
-    }
-}

@@ -1,105 +1,52 @@
-// The searching families answer the same bytes twice on the same input, and
-// two handles interleaved call by call answer what one alone does. The line
-// segment family's fuzz target repeats each search on the same handle.
+// The corrector answers the same bytes twice on the same input, and two
+// handles interleaved call by call answer what one alone does. The corner
+// search and line segment fuzz targets repeat each search on the same handle.
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <functional>
 #include <vector>
 
 #include "morvane/morvane.h"
 #include "support/pixels.h"
 
-namespace {
-
-typedef std::vector<unsigned char> Bytes;
-
-template <typename T>
-void append(Bytes& out, const T* values, size_t count) {
-    const unsigned char* bytes = reinterpret_cast<const unsigned char*>(values);
-    out.insert(out.end(), bytes, bytes + count * sizeof(T));
-}
-
-// A tilted page with text marks on a desk.
-struct Page {
-    int width = 320, height = 240, channels;
-    Bytes pixels;
-    explicit Page(int c)
-        : channels(c), pixels(support::page_photo(320, 240, support::quad(30, 25, 290, 40, 300, 230, 12, 215), c)) {}
-    ImageCApi record() { return ImageCApi{width, height, 0, 0, channels, 0, pixels.data()}; }
-};
-
-// Runs `steps` steps of a family on one handle, twice, and on two handles
-// interleaved step by step; every run must give the bytes of the first.
-void expect_repeatable(const std::function<void*()>& create, const std::function<void(void*)>& destroy, int steps,
-                       const std::function<void(void*, int, Bytes&)>& step) {
-    Bytes alone[2], together[2];
-    for (Bytes& answer : alone) {
-        void* handle = create();
-        for (int s = 0; s < steps; ++s) step(handle, s, answer);
-        destroy(handle);
-    }
-    void* handles[2] = {create(), create()};
-    for (int s = 0; s < steps; ++s)
-        for (int h = 0; h < 2; ++h) step(handles[h], s, together[h]);
-    for (void* handle : handles) destroy(handle);
-    EXPECT_FALSE(alone[0].empty());
-    EXPECT_EQ(alone[0], alone[1]);
-    EXPECT_EQ(alone[0], together[0]);
-    EXPECT_EQ(alone[0], together[1]);
-}
-
-const ControlPointCorners kTilted = {{30, 290, 300, 12}, {25, 40, 230, 215}};
-
-}  // namespace
-
-TEST(Determinism, CorrectorAndFreeFunctions) {
+TEST(Determinism, CorrectorAnswersAloneTwiceAndInterleavedAlike) {
     for (int channels : {1, 3}) {
-        Page page(channels);
-        ImageCApi input = page.record();
-        expect_repeatable(corrector_create, destroy_corrector, 3, [&](void* handle, int step, Bytes& out) {
-            int width = 0, height = 0;
-            if (step == 0) {
-                const int code = run_projective_correction(handle, &input);
-                ControlPointCorners corners;
-                VanishingPointsCApi points;
-                std::memset(&points, 0, sizeof points);  // padding takes part in the comparison
-                obtain_four_corners(handle, &corners);
-                obtain_vanishing_point(handle, &points);
-                append(out, &code, 1);
-                append(out, &corners, 1);
-                append(out, &points, 1);
-                return;
-            }
-            if (step == 1) obtain_corrected_img_dimension(handle, &width, &height);
-            if (step == 2) obtain_corrected_img_dimension_given_corners(handle, &kTilted, &width, &height);
-            Bytes pixels(static_cast<size_t>(width) * height * channels);
-            ImageCApi output = {width, height, 0, 0, channels, 0, pixels.data()};
-            if (step == 1) obtain_corrected_image(handle, &output);
-            if (step == 2) obtain_corrected_image_given_corners(handle, &input, &kTilted, &output);
-            out.insert(out.end(), pixels.begin(), pixels.end());
-        });
-        expect_repeatable([] { return nullptr; }, [](void*) {}, 1, [&](void*, int, Bytes& out) {
-            int width = 0, height = 0;
-            obtain_output_image_dimension(&kTilted, &width, &height);
-            Bytes pixels(static_cast<size_t>(width) * height * channels, 7);
-            ImageCApi output = {width, height, 0, 0, channels, 0, pixels.data()};
-            perform_projective_correction(&kTilted, &input, &output);
-            out.insert(out.end(), pixels.begin(), pixels.end());
-        });
-    }
-}
-
-TEST(Determinism, CornerSearch) {
-    Page page(1);
-    const ImageCApi input = page.record();
-    for (int method : {0, 6}) {
-        expect_repeatable([method] { return create_corner_search_enginee(method); }, destroy_corner_search_enginee, 2,
-                          [&](void* engine, int, Bytes& out) {
-                              ControlPointCorners corners;
-                              const int code = perform_corner_searching(engine, &input, &corners);
-                              append(out, &code, 1);
-                              append(out, &corners, 1);
-                          });
+        std::vector<unsigned char> pixels =
+            support::page_photo(320, 240, support::quad(30, 25, 290, 40, 300, 230, 12, 215), channels);
+        const ImageCApi input = {320, 240, 0, 0, channels, 0, pixels.data()};
+        const ControlPointCorners tilted = {{30, 290, 300, 12}, {25, 40, 230, 215}};
+        // Everything a run reports, as bytes; step s of each handle runs before step s + 1 of any.
+        std::vector<unsigned char> answers[4];
+        void* handles[4] = {corrector_create(), corrector_create(), corrector_create(), corrector_create()};
+        const int order[3][2] = {{0, 0}, {1, 1}, {2, 3}};  // handles 0 and 1 alone, one after the other; 2 and 3 interleaved
+        for (const auto& pair : order)
+            for (int step = 0; step < 3; ++step)
+                for (int h = pair[0]; h <= pair[1]; ++h) {
+                    std::vector<unsigned char>& out = answers[h];
+                    int width = 0, height = 0;
+                    if (step == 0) {
+                        ControlPointCorners corners;
+                        VanishingPointsCApi points;
+                        std::memset(&points, 0, sizeof points);  // padding takes part in the comparison
+                        out.push_back(static_cast<unsigned char>(run_projective_correction(handles[h], &input)));
+                        obtain_four_corners(handles[h], &corners);
+                        obtain_vanishing_point(handles[h], &points);
+                        out.insert(out.end(), reinterpret_cast<unsigned char*>(&corners),
+                                   reinterpret_cast<unsigned char*>(&corners) + sizeof corners);
+                        out.insert(out.end(), reinterpret_cast<unsigned char*>(&points),
+                                   reinterpret_cast<unsigned char*>(&points) + sizeof points);
+                        continue;
+                    }
+                    if (step == 1) obtain_corrected_img_dimension(handles[h], &width, &height);
+                    if (step == 2) obtain_corrected_img_dimension_given_corners(handles[h], &tilted, &width, &height);
+                    std::vector<unsigned char> image(static_cast<size_t>(width) * height * channels);
+                    ImageCApi output = {width, height, 0, 0, channels, 0, image.data()};
+                    if (step == 1) obtain_corrected_image(handles[h], &output);
+                    if (step == 2) obtain_corrected_image_given_corners(handles[h], &input, &tilted, &output);
+                    out.insert(out.end(), image.begin(), image.end());
+                }
+        for (void* handle : handles) destroy_corrector(handle);
+        EXPECT_GT(answers[0].size(), 1000u);
+        for (int h = 1; h < 4; ++h) EXPECT_EQ(answers[h], answers[0]) << channels << " channels, handle " << h;
     }
 }

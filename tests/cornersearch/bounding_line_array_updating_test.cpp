@@ -16,7 +16,6 @@ using support::make_boundary;
 using support::page_image;
 using support::place_rectangle;
 using support::Rectangle;
-using support::state_difference;
 using support::valid_slots;
 using geometric::BoundingLinePosition;
 using geometric_test::BoundingLine;
@@ -122,30 +121,6 @@ TEST_F(BoundaryUpdatingTest, GreyTestOfASetClearsFailuresUnlessForgiven) {
     no_bottom.boundaries[geometric::BOTTOM_BOUNDARY].clear();
     EXPECT_FALSE(no_bottom.examine_gray_disparity(false));
     EXPECT_EQ(valid_slots(no_bottom), "LT--");
-}
-
-TEST_F(BoundaryUpdatingTest, FourthLineCompletesThreeOrIsRolledBackByteForByte) {
-    // 3 pixels out (slightly wrong), on the dark side, inside the page.
-    const std::pair<int, bool> cases[] = {{3, true}, {20, false}, {-40, false}};
-    for (BoundingLinePosition side : kSides) {
-        for (const auto& c : cases) {
-            BoundingLineArrayWrapper wrapper = page_array();
-            wrapper.boundaries[side].clear();
-            wrapper.confidences[0] = 42.0;
-            wrapper.gray_failures = 0.5f;
-            const BoundingLineArrayWrapper before = wrapper;
-            BoundingLine candidate = side_at(side, c.first);
-            EXPECT_EQ(wrapper.update_with_potential_boundary(candidate, true), c.second)
-                << "side " << side << " by " << c.first;
-            if (c.second) {
-                EXPECT_EQ(valid_slots(wrapper), "LTRB");
-                EXPECT_TRUE(wrapper.is_four_boundary_examined);
-                EXPECT_EQ(wrapper.confidences[0], 100.0);
-            } else {
-                EXPECT_EQ(state_difference(wrapper, before), "") << "side " << side << " by " << c.first;
-            }
-        }
-    }
 }
 
 TEST_F(BoundaryUpdatingTest, LargestSmallPolygonCandidateWins) {

@@ -53,15 +53,6 @@ TEST(CornerDetectionEnginee, MethodsOnAPagePhoto) {
     }
 }
 
-TEST(CornerDetectionEnginee, MethodZeroWithoutAPageAnswersTheImagesCorners) {
-    common::BasicImage blank(120, 160, common::GRAY);  // no contour at all: the edge search has no result
-    ProjectiveCorrectionCornerDetectionEnginee enginee(HYBRID_EDGE_SEARCH);
-    ControlPointCorners corners{};
-    EXPECT_EQ(enginee.perform_corner_detection(blank, corners), -1);
-    EXPECT_EQ((std::vector<int>(corners.x, corners.x + 4)), (std::vector<int>{0, 159, 159, 0}));
-    EXPECT_EQ((std::vector<int>(corners.y, corners.y + 4)), (std::vector<int>{0, 0, 119, 119}));
-}
-
 TEST(CornerSearchPara, MapsHeightAndWidthCrossed) {
     geometric::CornerSearchPara para;
     para.minimum_blob_size_ratio = 0.5f;

@@ -14,15 +14,6 @@ namespace {
 using geometric::ProjectiveCorrection;
 using support::Corners;
 
-// Runs a correction of input into a fresh owned output.
-common::BasicImage correct(common::BasicImage& input, const Corners& corners) {
-    common::BasicImage output;
-    ProjectiveCorrection correction(&input, &output);
-    correction.set_control_points(corners);
-    EXPECT_EQ(correction.run_correction(), 1);
-    return output;
-}
-
 TEST(OutputDimension, MeanOfOppositeSidesPlusOneRounded) {
     struct Case {
         Corners corners;
@@ -44,50 +35,6 @@ TEST(OutputDimension, MeanOfOppositeSidesPlusOneRounded) {
         EXPECT_EQ(width, c.width);
         EXPECT_EQ(height, c.height);
     }
-}
-
-// Own corners map (u, v) to ((W - 1) u / W, (H - 1) v / H): the size is kept,
-// the first column and row are copies at the floor, and the last column lands
-// at W - 2, which is copied rather than sampled.
-TEST(ProjectiveCorrection, WarpWithImageCornersKeepsTheSizeAndCopiesTheEdges) {
-    for (common::ImageType type : {common::GRAY, common::RGB}) {
-        const int w = 50, h = 40;
-        common::BasicImage input = support::noise_image(h, w, 7, type);
-        const common::BasicImage source(input);
-        const common::BasicImage output = correct(input, support::own_corners(w, h));
-        ASSERT_EQ(output.get_width(), w);
-        ASSERT_EQ(output.get_height(), h);
-        EXPECT_EQ(output.get_image_type(), type);
-        EXPECT_EQ(output.get_x_resolution(), 300);
-        for (int v = 0; v < h; ++v) {
-            const int yi = (h - 1) * v / h;
-            EXPECT_EQ(output.get_pixel(0, v), source.get_pixel(0, yi)) << v;
-            EXPECT_EQ(output.get_pixel(w - 1, v), source.get_pixel(w - 2, yi)) << v;
-        }
-        for (int u = 0; u < w; ++u) EXPECT_EQ(output.get_pixel(u, 0), source.get_pixel((w - 1) * u / w, 0)) << u;
-    }
-}
-
-// On the image 2x + 4y, a two-fold enlargement puts every other position
-// halfway between pixels, where linear sampling is exact: u + 2v inside,
-// the copied value 2 (u / 2) + 4 (v / 2) where the floor is near the border.
-TEST(ProjectiveCorrection, TwofoldEnlargementInterpolatesHalfway) {
-    const int iw = 20, ih = 12;
-    common::BasicImage input(ih, iw, common::GRAY);
-    for (int y = 0; y < ih; ++y)
-        for (int x = 0; x < iw; ++x) input.set_pixel(x, y, static_cast<unsigned>(2 * x + 4 * y));
-    common::BasicImage output(2 * ih, 2 * iw, common::GRAY);
-    ProjectiveCorrection correction(&input, &output);
-    Corners corners = support::corners(0, 0, iw, 0, iw, ih, 0, ih);
-    correction.perspective_transformation_general(input.get_data(), output.get_data(), iw, ih, 2 * iw, 2 * ih,
-                                                  corners);
-    for (int v = 0; v < 2 * ih; ++v)
-        for (int u = 0; u < 2 * iw; ++u) {
-            const int xi = u / 2, yi = v / 2;
-            const bool sampled = xi >= 1 && xi < iw - 2 && yi >= 1 && yi < ih - 2;
-            const unsigned want = sampled ? static_cast<unsigned>(u + 2 * v) : static_cast<unsigned>(2 * xi + 4 * yi);
-            ASSERT_EQ(output.get_pixel(u, v), want) << u << "," << v;
-        }
 }
 
 // Nearest sampling of own corners: output bit (u, v) is the input bit at

@@ -1,6 +1,6 @@
-// Page-edge lines: the side index of a list and the corners of its frame, the
-// pairing of a new line with a held one, and undirected angle comparisons
-// (the wrap at 0/180, vertical lines, strict and inclusive limits).
+// Page-edge lines: the corners of a frame, the pairing of a new line with a
+// held one, and undirected angle comparisons (the wrap at 0/180, vertical
+// lines, strict and inclusive limits).
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -56,36 +56,6 @@ GeolineBase line_at(double degrees) { return GeolineBase(std::tan(degrees * M_PI
 const GeolineBase kVertical(1.0, 0.0, -25.0);
 
 }  // namespace
-
-TEST(BoundingLinesOperator, IndexesTheSidesAndOrdersTheEnds) {
-    std::vector<BoundingLine> lines{
-        make(TOP_BOUNDARY, GeolineBase(), 300, 1, 10, 2),    // swapped by x
-        make(LEFT_BOUNDARY, GeolineBase(), 3, 250, 4, 5),    // swapped by y
-        make(INVALID_BOUNDARY, GeolineBase(), 9, 9, 1, 1),   // skipped, untouched
-        make(BOTTOM_BOUNDARY, GeolineBase(), 10, 7, 10, 3),  // equal x: stays
-        make(RIGHT_BOUNDARY, GeolineBase(), 8, 5, 6, 250),   // already in order
-        make(TOP_BOUNDARY, GeolineBase(), 1, 1, 2, 2),       // a second top line takes the index
-    };
-    const BoundingLineProperty p = indexed(lines);
-    EXPECT_EQ((std::vector<int>{p.left_index, p.top_index, p.right_index, p.bottom_index}),
-              (std::vector<int>{1, 5, 4, 3}));
-    EXPECT_EQ(p.horizontal_lines, (std::vector<int>{0, 3, 5}));
-    EXPECT_EQ(p.vertical_lines, (std::vector<int>{1, 4}));
-    const float expected[6][4] = {{10, 2, 300, 1}, {4, 5, 3, 250}, {9, 9, 1, 1}, {10, 7, 10, 3}, {8, 5, 6, 250},
-                                  {1, 1, 2, 2}};
-    for (int i = 0; i < 6; ++i)
-        EXPECT_EQ((std::vector<float>{lines[i].x1, lines[i].y1, lines[i].x2, lines[i].y2}),
-                  std::vector<float>(expected[i], expected[i] + 4))
-            << i;
-    EXPECT_EQ(p.horizontal_angle_disparity, 45.0);  // not the index's business
-
-    std::vector<BoundingLine> none;
-    BoundingLineProperty untouched;
-    untouched.left_index = 7;
-    BoundingLinesOperator::initializeBoundingLineProperty(none, untouched);
-    EXPECT_EQ(untouched.left_index, 7);
-    EXPECT_EQ(BoundingLinesOperator::obtainSegmentLenSum(none), 0);
-}
 
 TEST(BoundingLinesOperator, CornersWhereTheSidesCrossOrAtTheOrigin) {
     std::vector<BoundingLine> lines = closed_frame();

@@ -120,43 +120,6 @@ TEST(LineSegmentGenerator, TheLinkingPassJoinsAnEdgeBrokenByASmallGap) {
     EXPECT_EQ(whole->length, 0.0);
 }
 
-TEST(LineSegmentGenerator, ScaleDividesEndsAndRecomputesLength) {
-    support::Gray image = broken_line(2);
-    for (double scale : {0.8, 0.5}) {
-        const auto unlinked = detect(image, with(scale, false));
-        ASSERT_FALSE(unlinked.empty());
-        for (const auto& s : unlinked) {
-            // Cut to whole pixels of the scaled image, then divided by the scale.
-            for (double v : {s.x1, s.y1, s.x2, s.y2}) EXPECT_NEAR(v * scale, std::round(v * scale), 1e-9);
-            EXPECT_DOUBLE_EQ(s.length, support::length_of(s));
-        }
-        const auto linked = detect(image, with(scale, true));
-        const LineSegmentRect* whole = support::longest_on_line(linked, 0, 37.5, 1, 37.5, 2.0);
-        ASSERT_NE(whole, nullptr);
-        EXPECT_DOUBLE_EQ(whole->length, support::length_of(*whole));
-        EXPECT_GT(whole->length, 200.0);
-    }
-}
-
-TEST(LineSegmentGenerator, WithoutLinkingEachSegmentKeepsItsLengthAndScoreAndIsAppended) {
-    support::Gray image(120, 90, 20);
-    image.fill(30, 20, 90, 70, 200);
-    std::vector<LineSegmentRect> segments(1);
-    segments[0].log_nfa = -7.0;
-    with(1.0, false).generate_line_segments(image.view(), segments);
-    ASSERT_EQ(segments.size(), 5u);
-    EXPECT_EQ(segments[0].log_nfa, -7.0);  // the caller's list is appended to
-    for (size_t i = 1; i < segments.size(); ++i) {
-        const LineSegmentRect& s = segments[i];
-        EXPECT_GT(s.length, 40.0);
-        EXPECT_GT(s.log_nfa, 0.0);
-        EXPECT_DOUBLE_EQ(s.p, 22.5 / 180.0);
-        // Ends are whole pixels; the length is that of the ends before the cut.
-        EXPECT_EQ(s.x1, std::trunc(s.x1));
-        EXPECT_NEAR(s.length, support::length_of(s), 1.5);
-    }
-}
-
 TEST(LineSegmentGenerator, RunsAreRepeatableAcrossCallsAndThreads) {
     support::Gray image(300, 200, 0);
     image.noise(7);

@@ -19,15 +19,6 @@ namespace {
 
 uint32_t next_random(uint32_t& state) { return state = state * 1664525u + 1013904223u; }
 
-bool frame_is_zero(const BasicImage& edges) {
-    const int w = edges.get_width(), h = edges.get_height();
-    for (int x = 0; x < w; ++x)
-        if (edges.get_pixel(x, 0) != 0 || edges.get_pixel(x, h - 1) != 0) return false;
-    for (int y = 0; y < h; ++y)
-        if (edges.get_pixel(0, y) != 0 || edges.get_pixel(w - 1, y) != 0) return false;
-    return true;
-}
-
 // The follow written as nested calls, the form the explicit stack must equal.
 struct RecursiveFollow {
     unsigned char* marks;
@@ -193,22 +184,3 @@ TEST(CannyEdgeDetector, FollowEqualsPlainRecursionOnRandomMarks) {
         }
 }
 
-TEST(CannyEdgeDetector, RepeatableInPlaceAndGuarded) {
-    const BasicImage image = support::noise_image(90, 120, 17);
-    BasicImage first, second;
-    CannyEdgeDetector::perform_edge_detect(20, 50, image, first);
-    CannyEdgeDetector::perform_edge_detect(20, 50, image, second);
-    ASSERT_EQ(first.get_data_size(), 90 * 120);
-    EXPECT_EQ(0, std::memcmp(first.get_data(), second.get_data(), 90 * 120));
-    EXPECT_TRUE(frame_is_zero(first));
-    BasicImage in_place(image);
-    CannyEdgeDetector::perform_edge_detect(20, 50, in_place, in_place);
-    EXPECT_EQ(0, std::memcmp(first.get_data(), in_place.get_data(), 90 * 120));
-
-    const BasicImage tiny = support::noise_image(2, 9, 4);
-    BasicImage edges;
-    CannyEdgeDetector::perform_edge_detect(0, 1, tiny, edges);
-    for (int i = 0; i < 18; ++i) EXPECT_EQ(edges.get_data()[i], 0);
-    BasicImage rgb(4, 4, common::RGB);
-    EXPECT_THROW(CannyEdgeDetector::perform_edge_detect(1, 2, rgb, edges), const char*);
-}

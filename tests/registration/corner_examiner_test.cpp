@@ -1,9 +1,12 @@
-// Convexity and angle examination of four corners.
+// Convexity and angle examination of four corners, and the corners a
+// registration keeps after its examinations.
 #include <gtest/gtest.h>
 
 #include <vector>
 
+#include "common/basic_image.h"
 #include "registration/corner_examiner.h"
+#include "registration/projective_registration.h"
 
 using geometric::CornerExaminer;
 using Corners = std::vector<geometric::Geocoordinate<float>>;
@@ -47,4 +50,37 @@ TEST(CornerExaminer, ConstraintsNeedConvexityAndAngles) {
     EXPECT_FALSE(CornerExaminer::check_constrains({{5, 5}, {5, 5}, {5, 5}, {5, 5}}, 45.0));  // angles pass, not convex
     EXPECT_FALSE(CornerExaminer::check_constrains(rotated(kSharpAtZero, 1), 45.0));        // convex, angle fails
     EXPECT_TRUE(CornerExaminer::is_convex(rotated(kSharpAtZero, 1)));
+}
+
+namespace {
+
+// A registration whose edge search hands out fixed corners.
+class FixedCorners : public geometric::ProjectiveRegistration {
+public:
+    using ProjectiveRegistration::ProjectiveRegistration;
+    geometric::RegistrationOutputType run_registration() override { return geometric::REGISTRATION_NO_GEOMETRY; }
+    bool perform_edge_corner_searching() override {
+        corners = found;
+        return answer;
+    }
+    Corners found;
+    bool answer = true;
+};
+
+}  // namespace
+
+// Corners whose output is out of proportion to the image, or an edge search
+// that fails, leave no corners at all.
+TEST(ProjectiveRegistration, ObtainCornersEmptiesTheCornersOnFailure) {
+    common::BasicImage image(100, 100, common::GRAY);
+    FixedCorners r(&image);
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        const float side = attempt == 0 ? 300.0f : 100.0f;  // 300 of 100: out of proportion
+        r.found = {{0, 0}, {side - 1, 0}, {side - 1, side - 1}, {0, side - 1}};
+        r.answer = attempt != 1;
+        r.vanishing_points.horizontal.has_vanishing_point = r.vanishing_points.vertical.has_vanishing_point = true;
+        r.vanishing_points.horizontal.is_parallel = r.vanishing_points.vertical.is_parallel = true;
+        EXPECT_EQ(r.obtain_corners(), attempt == 2) << attempt;
+        EXPECT_EQ(r.corners.size(), attempt == 2 ? 4u : 0u) << attempt;
+    }
 }

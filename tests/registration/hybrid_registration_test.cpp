@@ -1,13 +1,12 @@
-// The corrector's driver: the kept working image, the result codes, the
-// output check, the rounding and reset of corners, the fill colour from reset
-// corners. The exported functions' tests cover the refusals at their limits,
-// the rate and the caller's fill colour.
+// The corrector's driver: the result codes, the output check, the rounding and
+// reset of corners, the fill colour from reset corners. The exported
+// functions' tests cover the refusals at their limits, the rate, the working
+// image and the caller's fill colour.
 #include <gtest/gtest.h>
 
 #include <vector>
 
 #include "common/basic_image.h"
-#include "pixel/image_integer_down_sampling.h"
 #include "registration/hybrid_registration.h"
 #include "support/images.h"
 
@@ -15,44 +14,12 @@ using common::BasicImage;
 using geometric::Geocoordinate;
 using hybrid::HybridRegistration;
 
-using support::bytes_of;
 
 namespace {
 
 BasicImage gray_image(int height, int width) { return support::flat_image(height, width, 200); }
 
 }  // namespace
-
-// The working image is the luminance down-sampled, a gray copy of a binary
-// input at rate 1, and the first one for the life of the handle.
-TEST(HybridPreprocessing, WorkingImageIsAGrayCopyKeptForTheHandlesLife) {
-    BasicImage rgb = support::noise_image(3002, 430, 17, common::RGB);
-    HybridRegistration driver(&rgb);
-    ASSERT_EQ(driver.preprocessing(), 1);
-    EXPECT_EQ(driver.downsampling_rate, 3);
-    BasicImage gray(rgb), expected;
-    gray.convert_rgb_to_gray(true);
-    geometric::ImageIntegerDownSampling::DownSamplingN(gray, expected, 3);
-    ASSERT_EQ(driver.downsampled_image->get_width(), 143);
-    EXPECT_EQ(driver.downsampled_image->get_image_type(), common::GRAY);
-    EXPECT_EQ(bytes_of(*driver.downsampled_image), bytes_of(expected));
-    EXPECT_EQ(rgb.get_image_type(), common::RGB);  // the input is left as it was
-
-    BasicImage binary(12, 40, common::BINARY), second = support::flat_image(3001, 40, 250);
-    binary.set_pixel(3, 4, 1);
-    HybridRegistration copy(&binary);
-    ASSERT_EQ(copy.preprocessing(), 1);
-    const BasicImage* working = copy.downsampled_image;
-    EXPECT_EQ(working->get_image_type(), common::GRAY);
-    EXPECT_EQ(working->get_pixel(3, 4), 0u);
-    EXPECT_EQ(working->get_pixel(4, 4), 255u);
-    EXPECT_NE(working->get_data(), binary.get_data());
-    copy.input_image = &second;  // a second run keeps the first working image
-    EXPECT_EQ(copy.preprocessing(), 2);
-    EXPECT_EQ(copy.downsampled_image, working);
-    EXPECT_EQ(copy.downsampling_rate, 1);
-    copy.input_image = &binary;
-}
 
 // A driver on a 100 x 200 gray page whose corner list is set by the test.
 class HybridResult : public ::testing::Test {

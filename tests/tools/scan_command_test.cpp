@@ -173,28 +173,6 @@ TEST_F(ScanCommand, RunsAreRepeatableAndPngLevelChangesTheSizeNotThePixels) {
     EXPECT_LE(folder.read_bytes("small.png").size(), folder.read_bytes("one.png").size());
 }
 
-TEST_F(ScanCommand, BinarizeWritesTheBlackAndWhitePageBesideTheOutput) {
-    const RunResult run = folder.run({"page.png", "--corners", kCorners, "-o", "out.jpg", "--binarize", "sauvola",
-                                      "--window", "15", "--k", "0.2", "--json"});
-    ASSERT_EQ(run.exit_code, 0) << run.err;
-    EXPECT_NE(run.out.find("\"bitonal\": \"out-bw.png\""), std::string::npos) << run.out;
-    EXPECT_NE(run.out.find("\"binarize\": "), std::string::npos) << run.out;
-    const scan::Raster page = load(folder.path("out.jpg"));
-    const scan::Raster bitonal = load(folder.path("out-bw.png"));
-    ASSERT_EQ(bitonal.width, page.width);
-    ASSERT_EQ(bitonal.height, page.height);
-    // Black on white and nothing between; the page's marks give some ink.
-    std::set<int> values;
-    for (int y = 0; y < bitonal.height; ++y)
-        for (int x = 0; x < bitonal.width * bitonal.channels; ++x) values.insert(bitonal.row(y)[x]);
-    EXPECT_EQ(values, (std::set<int>{0, 255}));
-
-    // Without a page there is no black-and-white page either.
-    const RunResult none = folder.run({"flat.png", "-o", "flat-out.png", "--binarize", "sauvola"});
-    EXPECT_EQ(none.exit_code, 1);
-    EXPECT_FALSE(folder.files().count("flat-out-bw.png"));
-}
-
 TEST_F(ScanCommand, FillColoursTheOutside) {
     // Corners reaching left of the image: the first output columns lie outside.
     const RunResult run = folder.run({"page.png", "--corners", "-40,30,219,30,219,159,-40,159", "--fill", "255,0,0",

@@ -2,16 +2,13 @@
 // rectifies, and the ones it refuses with one line and exit code 2.
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <cstring>
-#include <memory>
 #include <filesystem>
 #include <fstream>
 #include <set>
 #include <string>
 #include <vector>
 
-#include <jpeglib.h>
 #include <png.h>
 #include <zlib.h>
 
@@ -140,50 +137,6 @@ TEST(ScanInputs, ConvertsSixteenBitPalettedAndTransparentPngs) {
         }
         EXPECT_TRUE(same_pixels(load(folder.path("in-page.png")), load(folder.path("expected-page.png"))));
     }
-}
-
-// A CMYK JPEG as print programs write it, with the Adobe marker and the inks
-// stored inverted (255 is no ink): cyan ink alone leaves green and blue.
-TEST(ScanInputs, CmykJpegsBecomeRgb) {
-    ScanFolder folder;
-    constexpr int w = 32, h = 16;
-    std::vector<unsigned char> pixels(static_cast<std::size_t>(w) * h * 4);
-    for (std::size_t i = 0; i < pixels.size(); i += 4) {
-        pixels[i] = 0;        // full cyan
-        pixels[i + 1] = 255;  // no magenta
-        pixels[i + 2] = 255;  // no yellow
-        pixels[i + 3] = 255;  // no black
-    }
-    {
-        std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(folder.path("cmyk.jpg").c_str(), "wb"),
-                                                             std::fclose);
-        jpeg_compress_struct info{};
-        jpeg_error_mgr errors{};
-        info.err = jpeg_std_error(&errors);
-        jpeg_create_compress(&info);
-        jpeg_stdio_dest(&info, file.get());
-        info.image_width = w;
-        info.image_height = h;
-        info.input_components = 4;
-        info.in_color_space = JCS_CMYK;
-        jpeg_set_defaults(&info);
-        jpeg_set_quality(&info, 98, TRUE);
-        jpeg_start_compress(&info, TRUE);
-        while (info.next_scanline < info.image_height) {
-            JSAMPROW row = pixels.data() + static_cast<std::size_t>(info.next_scanline) * w * 4;
-            jpeg_write_scanlines(&info, &row, 1);
-        }
-        jpeg_finish_compress(&info);
-        jpeg_destroy_compress(&info);
-    }
-    const RunResult run = folder.run({"cmyk.jpg", "--corners", "0,0,31,0,31,15,0,15", "-o", "page.png"});
-    ASSERT_EQ(run.exit_code, 0) << run.err;
-    const scan::Raster page = load(folder.path("page.png"));
-    ASSERT_EQ(page.channels, 3);
-    const unsigned char* centre = page.row(h / 2) + 3 * (w / 2);
-    EXPECT_LE(centre[0], 3);
-    EXPECT_GE(centre[1], 252);
-    EXPECT_GE(centre[2], 252);
 }
 
 // A PNG whose header asks for more pixels than a library buffer can hold.

@@ -1,16 +1,101 @@
-// Text blob selection: the area bounds, the border, the count limit, the
-// three passes for slim blobs and the bottom points served to text lines.
+// Text blobs: shape from second moments worked out by hand, and the selection
+// of text blobs by area, border, count and slimness, with the bottom points
+// served to text lines.
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <list>
 #include <vector>
 
+#include "pageanalysis/text_blob_examiner.h"
 #include "pageanalysis/text_blob_filter.h"
 #include "support/blob_scenes.h"
 
 using namespace geometric;
 using namespace support;
+
+namespace {
+
+constexpr double kPi = 3.14159265358979323846;
+
+// Angle of the main axis in image terms and eccentricity, from moments a, b
+// and c by the half-angle formula and the eigenvalues, a route apart from
+// the examiner's.
+double axis_angle(double a, double b, double c) {
+    const double theta = 0.5 * std::atan2(2.0 * c, a - b) * 180.0 / kPi;
+    return theta > 0.0 ? 180.0 - theta : -theta;
+}
+double eigen_eccentricity(double a, double b, double c) {
+    const double root = std::sqrt((a - b) * (a - b) + 4.0 * c * c);
+    const double major = 0.5 * (a + b + root);
+    const double minor = 0.5 * (a + b - root);
+    return std::sqrt(1.0 - minor / major);
+}
+
+struct OneBlob {
+    ConnectedComponentCalculator calculator;
+    TextBlob blob;
+    TextBlobExaminer::TextBlobFeature feature;
+
+    explicit OneBlob(const std::vector<std::pair<int, int>>& pixels) {
+        common::BasicImage image(40, 40, common::BINARY);
+        draw_pixels(image, pixels);
+        const std::list<TextBlob> blobs = form_blobs(calculator, image);
+        EXPECT_EQ(blobs.size(), 1u);
+        blob = blobs.front();
+        TextBlobExaminer::get_features_from_blob(blob, feature);
+    }
+};
+
+}  // namespace
+
+// Moments by hand, with 1/12 for the pixel's own spread:
+//   staircase of 5 runs of 2: a = 25/3, b = 25/12, c = +-4;
+//   diagonal of 10 pixels: a = b = 100/12, c = +-99/12;
+//   upright bar 1 x 12: a = 1/12, b = 144/12, c = 0: eccentricity sqrt(143 / 144).
+TEST(TextBlobExaminerTest, AnglesAndEccentricitiesMatchTheMomentsWorkedOutByHand) {
+    struct Case {
+        const char* name;
+        std::vector<std::pair<int, int>> pixels;
+        double a, b, c;
+        double angle;
+    };
+    const double stair = axis_angle(25.0 / 3.0, 25.0 / 12.0, 4.0);
+    const Case cases[] = {
+        {"rising staircase", staircase(5, 5, 5, 2, true), 25.0 / 3.0, 25.0 / 12.0, 4.0, stair},
+        {"falling staircase", staircase(5, 5, 5, 2, false), 25.0 / 3.0, 25.0 / 12.0, -4.0, 180.0 - stair},
+        {"rising diagonal", staircase(5, 5, 10, 1, true), 100.0 / 12.0, 100.0 / 12.0, 99.0 / 12.0, 135.0},
+        {"falling diagonal", staircase(5, 5, 10, 1, false), 100.0 / 12.0, 100.0 / 12.0, -99.0 / 12.0, 45.0},
+    };
+    EXPECT_NEAR(stair, 180.0 - 26.00063, 1e-4);  // atan(1.28) / 2 is 26.00063 degrees
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const OneBlob one(c.pixels);
+        EXPECT_NEAR(one.feature.variance_x, c.a, 1e-12);
+        EXPECT_NEAR(one.feature.variance_y, c.b, 1e-12);
+        EXPECT_NEAR(one.feature.covariance, c.c, 1e-12);
+        EXPECT_NEAR(TextBlobExaminer::get_blob_angle(one.feature), c.angle, 1e-4);
+        EXPECT_NEAR(TextBlobExaminer::get_blob_eccentricity(one.feature), eigen_eccentricity(c.a, c.b, c.c), 1e-12);
+    }
+    // An upright bar is at 90; a flat bar's axis angle comes out as 180, not 0: t = 0 is not negative.
+    const OneBlob upright(steep_staircase(10, 5, 12, 100));
+    EXPECT_EQ(TextBlobExaminer::get_blob_angle(upright.feature), 90.0f);
+    EXPECT_NEAR(TextBlobExaminer::get_blob_eccentricity(upright.feature), std::sqrt(143.0 / 144.0), 1e-12);
+    EXPECT_EQ(TextBlobExaminer::get_blob_angle(OneBlob(staircase(5, 5, 1, 12, true)).feature), 180.0f);
+}
+
+TEST(TextBlobExaminerTest, BlobWithoutPixelsIsRejectedNotMeasured) {
+    TextBlobExaminer examiner(0.0, 90.0f);
+    GeolineBasePoints<float> line;
+    double eccentricity = 0.0;
+    EXPECT_FALSE(examiner.extract_line_from_blob(TextBlob(), line, eccentricity));
+    TextBlobExaminer::TextBlobFeature feature;
+    TextBlobExaminer::get_features_from_blob(std::vector<Geocoordinate<int>>(), feature);
+    EXPECT_EQ(feature.count, 0);
+    EXPECT_TRUE(std::isnan(feature.variance_x));
+}
 
 namespace {
 
@@ -133,34 +218,3 @@ TEST(TextBlobFilterTest, BottomPointsOfRegularBoxes) {
               (std::vector<float>{2, 7, 4, 9, 0, 0}));
 }
 
-TEST(TextBlobFilterTest, BottomRightWalksStripsThroughIrregularBlobs) {
-    TextBlobFilter filter(200, 100);
-    filter.regular_blobs.push_back(blob_with_box(10, 10, 20, 20));
-    filter.irregular_blobs.push_back(blob_with_box(22, 12, 30, 22));  // in the first strip
-    filter.irregular_blobs.push_back(blob_with_box(34, 5, 40, 11));   // reached from the first
-    filter.irregular_blobs.push_back(blob_with_box(51, 10, 60, 20));  // beyond a strip of nothing
-    filter.irregular_blobs.push_back(blob_with_box(21, 30, 80, 40));  // below the base box
-    const std::vector<Geocoordinate<float>> points = {{15.0f, 15.0f}, {70.0f, 70.0f}};
-    struct Case { float step, x, y; };
-    const Case cases[] = {
-        {5.0f, 40.0f, 11.0f},   // strips [20,25] [25,30] [30,35] [35,40] [40,45] [45,50]
-        {4.5f, 40.0f, 11.0f},   // rounds to 5
-        {10.5f, 60.0f, 20.0f},  // 11 wide: [42,53] reaches the far blob
-        {1.0f, 20.0f, 20.0f},   // [20,21] meets nothing: the base box's own corner
-        {0.4f, 20.0f, 20.0f},   // width 0 looks at column 20 once
-    };
-    for (const Case& c : cases) {
-        std::vector<Geocoordinate<float>> out(5, Geocoordinate<float>(9.0f, 9.0f));
-        filter.obtain_regular_text_bottom_right(points, out, c.step);
-        ASSERT_EQ(out.size(), 2u);
-        EXPECT_EQ(out[0].x, c.x) << c.step;
-        EXPECT_EQ(out[0].y, c.y) << c.step;
-        EXPECT_EQ(out[1].x + out[1].y, 0.0f);
-    }
-    // A strip that cannot move still sees a blob on its column, and stops.
-    filter.irregular_blobs.push_back(blob_with_box(18, 18, 25, 25));
-    std::vector<Geocoordinate<float>> out;
-    filter.obtain_regular_text_bottom_right(points, out, 0.0f);
-    EXPECT_EQ(out[0].x, 25.0f);
-    EXPECT_EQ(out[0].y, 25.0f);
-}

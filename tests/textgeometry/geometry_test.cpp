@@ -1,22 +1,30 @@
-// The plain fit, the distance-weighted fit with its precision rules, and the
-// outlier rejection of a split point set.
+// The line fits: the plain and the weighted fit with their precision rules,
+// and the outlier rejection of a split point set.
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <vector>
 
+#include "textgeometry/geobox.h"
+#include "textgeometry/geocoordinate.h"
 #include "textgeometry/geoline_adaptive_least_square.h"
 #include "textgeometry/geoline_base.h"
 #include "textgeometry/geoline_least_square.h"
 
+using geometric::Geobox;
 using geometric::Geocoordinate;
 using geometric::GeolineAdaptiveLeastSquare;
 using geometric::GeolineBase;
 using geometric::GeolineLeastSquare;
-using PointsF = std::vector<Geocoordinate<float>>;
+
+// Boxes are written {right, bottom, left, top} throughout.
+static_assert(offsetof(Geobox<int>, right) == 0 && offsetof(Geobox<int>, top) == 3 * sizeof(int), "field order");
+
 using PointsD = std::vector<Geocoordinate<double>>;
+using PointsF = std::vector<Geocoordinate<float>>;
 
 namespace {
 
