@@ -16,6 +16,7 @@
 #include "binarization/sauvola_binarization_original.h"
 #include "binarization/wolf_binarization_original.h"
 #include "common/geometricexception.h"
+#include "support/errors.h"
 #include "support/images.h"
 
 namespace geometric {
@@ -173,12 +174,9 @@ TEST(BinarizationFrame, FourChannelSourceAnswersFalseWithAnEmptyOutput) {
 
 TEST(BinarizationFrame, NullOutputThrows) {
     common::BasicImage gray = support::flat_image(4, 4, 0);
-    try {
-        OtsuBinarization otsu(&gray, nullptr);
-        FAIL() << "no exception";
-    } catch (const std::exception& e) {  // a caller that cannot name the type reads the text too
-        EXPECT_STREQ(e.what(), "the output image is empty");
-    }
+    // A caller that cannot name the type reads the text too.
+    EXPECT_EQ(support::thrown_text<std::exception>([&] { OtsuBinarization otsu(&gray, nullptr); }),
+              "the output image is empty");
 }
 
 TEST(BinarizationFrame, DespecklingRemovesAnIsolatedInkPixelUnlessCleared) {

@@ -1,6 +1,6 @@
-// The image model and the boundary record: sizes, ownership, copies, views,
-// pixel access, conversions, failures; record types, the fixed 300 dots per
-// inch, the way back. The C consumer checks the record layouts.
+// The image model: sizes, views and their buffers, pixel access, the
+// brightest colour, conversions, failures. The records at the boundary are
+// checked through the exported functions and by the C consumer.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -9,35 +9,11 @@
 #include <vector>
 
 #include "common/basic_image.h"
-#include "common/image_c_api_transformer.h"
+#include "support/errors.h"
 
 using common::BasicImage;
-using morvane::ImageCApiTransformer;
 
 namespace {
-
-// An Image that is not a BasicImage, with its pixels starting at bit 3 of a
-// row's first byte, to drive the pixel-by-pixel copy and the swap refusal.
-class OffsetBinaryImage : public common::Image {
-public:
-    OffsetBinaryImage(int h, int w) : height(h), width(w), bits(static_cast<size_t>(h * w), 0) {}
-    int get_height() const override { return height; }
-    int get_width() const override { return width; }
-    int get_row_size() const override { return common::row_size_of(common::BINARY, width + 3); }
-    int get_x_resolution() const override { return 150; }
-    int get_y_resolution() const override { return 200; }
-    common::ImageType get_image_type() const override { return common::BINARY; }
-    unsigned char* get_line_pointer(int) const override { return nullptr; }
-    int get_bit_offset() const override { return 3; }
-    bool get_channels(int&) const override { return false; }
-    unsigned get_pixel(int x, int y) const override { return bits[static_cast<size_t>(y * width + x)]; }
-    void set_pixel(int x, int y, unsigned v) override { bits[static_cast<size_t>(y * width + x)] = v != 0; }
-    void swap(common::Image&) override {}
-
-private:
-    int height, width;
-    std::vector<unsigned> bits;
-};
 
 unsigned char* malloc_filled(size_t size, unsigned char value) {
     unsigned char* p = static_cast<unsigned char*>(std::malloc(size));
@@ -62,12 +38,8 @@ TEST(ImageConstruction, RowSizeByTypeZeroFilledBuffersAndTheAllocationText) {
         EXPECT_EQ(image.get_x_resolution(), 200);
         EXPECT_EQ(image.get_y_resolution(), 100);
     }
-    try {
-        BasicImage image(100000, 100000, common::RGB);
-        FAIL() << "no exception";
-    } catch (const std::string& text) {
-        EXPECT_EQ(text, "error while constructing BasicImage 100000 x 100000 no data, could not allocate enough memory");
-    }
+    EXPECT_EQ(support::thrown_text<std::string>([] { BasicImage image(100000, 100000, common::RGB); }),
+              "error while constructing BasicImage 100000 x 100000 no data, could not allocate enough memory");
 }
 
 // Required as it stands: a view reset to its own size takes over the buffer,
@@ -86,57 +58,23 @@ TEST(ImageViews, ResetOfAViewTakesOverOrFreesTheBuffer) {
     EXPECT_TRUE(other.get_owns_data());
 }
 
-TEST(ImageSwap, ExchangesEveryFieldOrRefusesAnotherKindOfImage) {
-    unsigned char buffer[4] = {9, 8, 7, 6};
-    BasicImage view(buffer, 2, 2, common::GRAY, 100, 100);
-    BasicImage owned(3, 3, common::RGB);
-    unsigned char* owned_data = owned.get_data();
-    view.swap(owned);
-    EXPECT_EQ(view.get_data(), owned_data);
-    EXPECT_TRUE(view.get_owns_data());
-    EXPECT_EQ(view.get_image_type(), common::RGB);
-    EXPECT_EQ(owned.get_data(), buffer);
-    EXPECT_FALSE(owned.get_owns_data());
-    EXPECT_EQ(owned.get_x_resolution(), 100);
-    OffsetBinaryImage other(2, 2);
-    try {
-        owned.swap(other);
-        FAIL() << "no exception";
-    } catch (const char* text) {
-        EXPECT_STREQ(text, "The images you want to swap must be both of type BasicImage.");
-    }
-}
-
 TEST(ImagePixels, AccessPointersAndInversionByType) {
     BasicImage binary(2, 40, common::BINARY);
     binary.set_pixel(0, 0, 5);
     binary.set_pixel(39, 1, 1);
     EXPECT_EQ(binary.get_data()[0], 0x80);      // most significant bit leftmost
     EXPECT_EQ(binary.get_data()[8 + 4], 0x01);  // pixel 39 is bit 0 of byte 4 of row 1
-    binary.set_pixel(0, 0, 0);
-    EXPECT_EQ(binary.get_pixel(0, 0), 0u);
 
     BasicImage rgb(3, 4, common::RGB);
     rgb.set_pixel(1, 2, 0xAABBCC);
     EXPECT_EQ(rgb.get_data()[24 + 3], 0xAA);  // red first
     EXPECT_EQ(rgb.get_data()[24 + 5], 0xCC);
     EXPECT_EQ(rgb.get_pixel_pointer(2, 1), rgb.get_data() + 12 + 6);
-    try {
-        binary.get_pixel_pointer(0, 0);
-        FAIL() << "no exception";
-    } catch (const char* text) {
-        EXPECT_STREQ(text, "UNKNOWN and BGRA types are not handled in fct get_pixel_pointer");
-    }
+    EXPECT_EQ(support::thrown_text<const char*>([&] { binary.get_pixel_pointer(0, 0); }),
+              "UNKNOWN and BGRA types are not handled in fct get_pixel_pointer");
 
     unsigned char bgra_pixels[8] = {0};
-    BasicImage bgra(bgra_pixels, 1, 2, common::BGRA);
-    EXPECT_EQ(bgra.get_line_pointer(0), nullptr);  // although it has a buffer
-    EXPECT_EQ(bgra.get_pixel(0, 0), 0u);
-    int channels = -1;
-    EXPECT_TRUE(bgra.get_channels(channels));
-    EXPECT_EQ(channels, 4);
-    EXPECT_FALSE(binary.get_channels(channels));
-    EXPECT_EQ(channels, 4);  // left alone
+    EXPECT_EQ(BasicImage(bgra_pixels, 1, 2, common::BGRA).get_line_pointer(0), nullptr);  // although it has a buffer
 
     BasicImage narrow(1, 3, common::BINARY);
     narrow.invert();
@@ -167,21 +105,17 @@ TEST(ImageConversions, GrayFromRgbByMeanAndLuminanceAndBinaryBothWays) {
     rgb.set_pixel(1, 0, 0x0A141E);  // 10, 20, 30
     BasicImage mean;
     mean.create_gray_from_rgb_mean(rgb);
-    EXPECT_EQ(mean.get_image_type(), common::GRAY);
     EXPECT_EQ(mean.get_pixel(0, 0), 85u);
     EXPECT_EQ(mean.get_pixel(1, 0), 20u);
-    EXPECT_EQ(mean.get_gray_data(), mean.get_data());
     BasicImage luminance(rgb);
     luminance.convert_rgb_to_gray(true);
     EXPECT_EQ(luminance.get_pixel(0, 0), 76u);  // 299 * 255 / 1000
     EXPECT_EQ(luminance.get_pixel(1, 0), 18u);  // (2990 + 11740 + 3420) / 1000
-    EXPECT_EQ(luminance.get_gray_data(), luminance.get_data());
 
     BasicImage binary(2, 37, common::BINARY);
     binary.set_pixel(0, 0, 1);
     binary.set_pixel(36, 1, 1);
     binary.convert_binary_to_gray();
-    EXPECT_EQ(binary.get_image_type(), common::GRAY);
     EXPECT_EQ(binary.get_row_size(), 37);
     EXPECT_EQ(binary.get_pixel(0, 0), 0u);    // ink is black
     EXPECT_EQ(binary.get_pixel(1, 0), 255u);  // paper white

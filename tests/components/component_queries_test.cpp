@@ -104,24 +104,6 @@ TEST(RunsInLine, GrayScanTreatsOnly255AsBackground) {
     EXPECT_TRUE(line.empty());
 }
 
-namespace {
-
-bool same_pixels(const common::BasicImage& a, const common::BasicImage& b) {
-    for (int y = 0; y < a.get_height(); ++y)
-        for (int x = 0; x < a.get_width(); ++x)
-            if (a.get_pixel(x, y) != b.get_pixel(x, y)) return false;
-    return true;
-}
-
-bool is_blank(const common::BasicImage& image) {
-    for (int y = 0; y < image.get_height(); ++y)
-        for (int x = 0; x < image.get_width(); ++x)
-            if (image.get_pixel(x, y) != 0) return false;
-    return true;
-}
-
-}  // namespace
-
 TEST(ConnectedComponentQueries, EmptyImageAndOnePixelComponent) {
     const common::BasicImage empty(4, 9, common::BINARY);
     ConnectedComponentCalculator calculator;
@@ -210,12 +192,12 @@ TEST(ConnectedComponentQueries, ScaleImagesEraseOrKeepTheComponentsOutOfRange) {
         // Only create_scale_img erases the dot and the block from the binary image.
         std::vector<std::string> kept = kScaleBinary;
         if (!only) kept = {"........", "........", "..####..", "........", "........", "........"};
-        EXPECT_TRUE(same_pixels(by_width.binary, binary_from_text(kept))) << only;
+        EXPECT_TRUE(support::same_bytes(by_width.binary, binary_from_text(kept))) << only;
 
         // By height the bar (1 < 2) is erased by both and nothing is drawn.
         const ScaleRun by_height = run_scale(only, true);
         EXPECT_EQ(by_height.result, 1);
-        EXPECT_TRUE(is_blank(by_height.scale));
+        EXPECT_TRUE(support::bytes_of(by_height.scale) == std::vector<unsigned char>(by_height.scale.get_data_size(), 0));
         EXPECT_EQ(by_height.binary.get_pixel(3, 2), 0u);
         EXPECT_EQ(by_height.binary.get_pixel(0, 0), only ? 1u : 0u);
     }
@@ -230,7 +212,7 @@ TEST(ConnectedComponentQueries, ScaleImageLevelsOutsideTheTablesThrow) {
     EXPECT_THROW(c.create_scale_img_only(5, scale, binary, 0, 1, true, 9.0, 0.0), const char*);
     // Level 5 over base 1 is served by create_scale_img_only but draws nothing.
     EXPECT_EQ(d.create_scale_img_only(5, scale, binary, 1, 1, true, 9.0, 0.0), 0);
-    EXPECT_TRUE(is_blank(scale));
+    EXPECT_TRUE(support::bytes_of(scale) == std::vector<unsigned char>(scale.get_data_size(), 0));
     ConnectedComponentCalculator e;
     EXPECT_EQ(e.create_scale_img(5, scale, binary, 0, 1, true, 9.0, 0.0), 0);
     EXPECT_EQ(scale.get_pixel(31, 31), 6u);

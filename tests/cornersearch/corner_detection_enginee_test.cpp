@@ -55,18 +55,12 @@ TEST(CornerDetectionEnginee, MethodsOnAPagePhoto) {
 
 TEST(CornerSearchPara, MapsHeightAndWidthCrossed) {
     geometric::CornerSearchPara para;
-    para.minimum_blob_size_ratio = 0.5f;
     para.minimum_blob_height_ratio = 0.25f;
     para.minimum_blob_width_ratio = 0.125f;
-    para.minimum_blob_area_ratio = 0.75f;
-    para.maximum_selected_blobs = 5;
     geometric::LargeBlobExtractorPara blobs;
     blobs = para;
-    EXPECT_EQ(blobs.minimum_blob_area, 0.5f);
-    EXPECT_EQ(blobs.minimum_blob_width, 0.25f);   // the height ratio, deliberately
+    EXPECT_EQ(blobs.minimum_blob_width, 0.25f);    // the height ratio, deliberately
     EXPECT_EQ(blobs.minimum_blob_height, 0.125f);  // the width ratio
-    EXPECT_EQ(blobs.minimum_total_area, 0.75f);
-    EXPECT_EQ(blobs.maximum_selected_blobs, 5);
 }
 
 }  // namespace

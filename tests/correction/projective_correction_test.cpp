@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "correction/projective_correction.h"
+#include "support/errors.h"
 #include "support/images.h"
 
 namespace {
@@ -93,20 +94,15 @@ TEST(ProjectiveCorrection, GrayValueOf128BecomesInk) {
 TEST(ProjectiveCorrection, ViewOfAnotherSizeOrTypeIsRefused) {
     common::BasicImage input(20, 20, common::GRAY);
     std::vector<unsigned char> buffer(3 * 20 * 20);
-    const char* const message = "output image does not match the corrected image dimensions or the input type";
-    for (int variant = 0; variant < 3; ++variant) {
+    const int views[3][3] = {{20, 19, common::GRAY}, {19, 20, common::GRAY}, {20, 20, common::RGB}};  // height, width, type
+    for (const auto& view : views) {
         common::BasicImage output;
-        if (variant == 0) output.attach(buffer.data(), 20, 19, common::GRAY);
-        if (variant == 1) output.attach(buffer.data(), 19, 20, common::GRAY);
-        if (variant == 2) output.attach(buffer.data(), 20, 20, common::RGB);
+        output.attach(buffer.data(), view[0], view[1], static_cast<common::ImageType>(view[2]));
         ProjectiveCorrection correction(&input, &output);
         correction.set_control_points(support::own_corners(20, 20));
-        try {
-            correction.run_correction();
-            FAIL() << "variant " << variant;
-        } catch (const char* text) {
-            EXPECT_EQ(std::string(text), message);
-        }
+        EXPECT_EQ(support::thrown_text<const char*>([&] { correction.run_correction(); }),
+                  "output image does not match the corrected image dimensions or the input type")
+            << view[0] << " x " << view[1];
     }
 }
 
@@ -164,12 +160,8 @@ TEST(FillColour, FourByteImageThrowsWhenTheWarpLeavesIt) {
     common::BasicImage output;
     ProjectiveCorrection correction(&input, &output);
     correction.set_control_points(support::corners(0, 0, 19, 0, 19, 30, 0, 30));
-    try {
-        correction.run_correction();
-        FAIL() << "a four-byte image has no strip pixels";
-    } catch (const char* text) {
-        EXPECT_EQ(std::string(text), "UNKNOWN and BGRA types are not handled in fct get_pixel_pointer");
-    }
+    EXPECT_EQ(support::thrown_text<const char*>([&] { correction.run_correction(); }),
+              "UNKNOWN and BGRA types are not handled in fct get_pixel_pointer");  // no strip pixels
     // With the colour given there is nothing to compute.
     common::BasicImage given;
     ProjectiveCorrection known(&input, &given);

@@ -9,6 +9,7 @@
 #include "common/basic_image.h"
 #include "correction/color_transform.h"
 #include "correction/sampling.h"
+#include "support/errors.h"
 
 namespace {
 
@@ -28,12 +29,8 @@ TEST(Sampling, UnknownMethodLeavesAnEmptySamplerThatThrows) {
     ASSERT_TRUE(sampling.get_sampler().empty());
     unsigned char pixel[4] = {1, 2, 3, 4};
     unsigned char output = 0;
-    try {
-        sampling.get_sampler()(pixel, 0.0f, 0.0f, &output);
-        FAIL() << "an empty sampler must throw";
-    } catch (const std::runtime_error& error) {
-        EXPECT_EQ(std::string(error.what()), "call to empty boost::function");
-    }
+    EXPECT_EQ(support::thrown_text<std::runtime_error>([&] { sampling.get_sampler()(pixel, 0.0f, 0.0f, &output); }),
+              "call to empty boost::function");
 }
 
 TEST(Sampling, LinearCutsEachStepTowardZero) {

@@ -163,24 +163,3 @@ TEST(CannyEdgeDetector, FollowStopsAtItsDepthAndNeedsMoreThanLow) {
     }
 }
 
-// Dense random marks make long, branching follows that reach the depth limit
-// often; the explicit stack must give the bytes of nested calls.
-TEST(CannyEdgeDetector, FollowEqualsPlainRecursionOnRandomMarks) {
-    uint32_t state = 2026;
-    const int sizes[][2] = {{64, 64}, {200, 150}, {3, 500}, {501, 7}};
-    const int densities[] = {40, 70, 95};
-    for (const auto& size : sizes)
-        for (int density : densities) {
-            const int width = size[0], height = size[1], count = width * height;
-            std::vector<unsigned char> marks(count), magnitude(count);
-            for (int i = 0; i < count; ++i) {
-                marks[i] = static_cast<int>(next_random(state) >> 25) < density * 128 / 100 ? 128 : next_random(state) >> 24;
-                magnitude[i] = static_cast<unsigned char>(next_random(state) >> 26);  // 0..63
-            }
-            std::vector<unsigned char> fast(marks), plain(marks);
-            CannyEdgeDetector::follow_edges(fast.data(), magnitude.data(), width, height, 10, 60);
-            RecursiveFollow{plain.data(), magnitude.data(), width, 10}.run(height, 60);
-            ASSERT_EQ(fast, plain) << width << "x" << height << " density " << density;
-        }
-}
-

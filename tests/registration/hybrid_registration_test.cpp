@@ -14,17 +14,10 @@ using common::BasicImage;
 using geometric::Geocoordinate;
 using hybrid::HybridRegistration;
 
-
-namespace {
-
-BasicImage gray_image(int height, int width) { return support::flat_image(height, width, 200); }
-
-}  // namespace
-
 // A driver on a 100 x 200 gray page whose corner list is set by the test.
 class HybridResult : public ::testing::Test {
 protected:
-    HybridResult() : image(gray_image(100, 200)), driver(&image) {}
+    HybridResult() : image(support::flat_image(100, 200, 200)), driver(&image) {}
     void set_corners(const std::vector<Geocoordinate<float>>& given) { driver.corners = given; }
 
     BasicImage image;
@@ -135,17 +128,4 @@ TEST(HybridFill, ResetCornersGiveTheBrightestPixelUnderThem) {
         EXPECT_EQ(driver.perform_correction(output), 1);
         EXPECT_EQ(output.get_pixel(0, 0), c.expected);
     }
-    // In colour the brightness is (598 R + 587 G) / 1000: blue counts for nothing.
-    BasicImage rgb = support::flat_image(40, 40, 255, common::RGB);
-    rgb.set_pixel(30, 3, 0x0000C8);   // 0
-    rgb.set_pixel(30, 30, 0xFF0000);  // 152
-    rgb.set_pixel(2, 35, 0x00C800);   // 117
-    HybridRegistration driver(&rgb);
-    driver.obtain_internal_corners();
-    driver.reset_four_corners(kPartlyOutside);
-    int width = 0, height = 0;
-    driver.obtain_corrected_img_dimension(width, height);
-    BasicImage output(height, width, common::RGB);
-    driver.perform_correction(output);
-    EXPECT_EQ(output.get_pixel(0, 0), 0xFF0000u);
 }
