@@ -1,8 +1,8 @@
-// The handle-free functions through the shared library: size rule, own
-// corners, binary images and the refusal of a wrong output.
+// The handle-free functions through the shared library: the refusal of an
+// output of another size, with its text. The C consumer and the fuzz target
+// run the warp itself; the reference tests check its pixels.
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
 #include <vector>
 

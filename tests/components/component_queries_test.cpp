@@ -1,7 +1,6 @@
 // Runs and queries of components: the line scanners against a pixel scan and
 // at their quirks, contours, the largest blob of a point set, scale maps, and a
-// component's own features (contour trace, drawing, thick-blob test, gradient
-// cost).
+// component's own features (contour trace, thick-blob test, gradient cost).
 #include <gtest/gtest.h>
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// The samplers: their stated properties, the wrap-around of the cubic and
+// The samplers: what each kind of pixel is sampled with, the wrap-around of the cubic and
 // the failure of an empty sampler; the colour space conversion and its inverse.
 #include <gtest/gtest.h>
 

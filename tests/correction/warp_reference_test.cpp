@@ -1,5 +1,5 @@
 // The warp against plain per-pixel versions of its mapping on random quads:
-// the stated incremental evaluation with floor must agree bit for bit; the
+// the incremental evaluation with floor, the warp's own order of sums, must agree bit for bit; the
 // direct formula may differ only where accumulation moves a floor.
 #include <gtest/gtest.h>
 
@@ -25,7 +25,7 @@ Position direct_position(const geometric::ProjectiveWarpCoefficients& k, int u, 
     return {(k.x0 + k.a * u / width + k.b * v / height) / w, (k.y0 + k.d * u / width + k.e * v / height) / w};
 }
 
-// The warp as stated, one pixel at a time: incremental numerators and
+// The warp one pixel at a time, in its own order of sums: incremental numerators and
 // denominator, std::floor, the sampler's member function called directly.
 template <typename PositionOf>
 void reference_warp(const common::BasicImage& input, common::BasicImage& output, const geometric::Sampling& sampling,
@@ -100,7 +100,7 @@ TEST_P(WarpReference, FastWarpMatchesTheStatedIncrementalEvaluation) {
         const int width = output.get_width(), height = output.get_height();
         common::BasicImage expected(height, width, type);
         const geometric::Sampling sampling(type, 64, correction.get_para().interpolation);
-        // Incremental, exactly as stated: row bases, then column steps.
+        // Incremental, as the warp accumulates: row bases, then column steps.
         std::vector<Position> positions(static_cast<size_t>(width * height));
         double bx = k.x0, by = k.y0, bw = 1.0;
         for (int v = 0; v < height; ++v) {

@@ -1,5 +1,6 @@
-// Edge detection against the plain pixel-by-pixel route, the bounded follow
-// against plain recursion and at its depth, in-place and repeatable output.
+// Edge detection against the plain pixel-by-pixel route, the scaled Sobel
+// sums and the magnitude table, and the bounded follow at its depth and at
+// its low limit.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -119,8 +120,7 @@ TEST(CannyEdgeDetector, EqualsThePlainPixelByPixelRoute) {
         BasicImage edges;
         CannyEdgeDetector::perform_edge_detect(cases[c][2], cases[c][3], image, edges);
         const std::vector<unsigned char> expected = plain_edges(image, cases[c][2], cases[c][3]);
-        ASSERT_EQ(std::vector<unsigned char>(edges.get_data(), edges.get_data() + edges.get_data_size()), expected)
-            << "case " << c;
+        ASSERT_EQ(support::bytes_of(edges), expected) << "case " << c;
         if (c == 0) {
             EXPECT_GT(std::count(expected.begin(), expected.end(), 255), 300);
         }

@@ -236,7 +236,7 @@ std::vector<unsigned char> rounds_by_hand(const common::BasicImage& source, int 
             for (int x = width; x < std::min(image.get_row_size() * 8, (width + 1) / 8 * 8 + 8); ++x)
                 image.set_pixel(x, y, 0);
     }
-    return std::vector<unsigned char>(image.get_data(), image.get_data() + image.get_data_size());
+    return support::bytes_of(image);
 }
 
 }  // namespace
@@ -254,8 +254,7 @@ TEST(GeoMorphIterativeDilation, AccumulatesAndMasksLikeTheRoundsWrittenOut) {
                 GeoMorphIterativeDilation dilation(iterations, clear_padding);
                 dilation.dilate_image_iterative(work);
                 const std::vector<unsigned char> expected = rounds_by_hand(image, iterations, clear_padding);
-                ASSERT_EQ(std::vector<unsigned char>(work.get_data(), work.get_data() + work.get_data_size()),
-                          expected)
+                ASSERT_EQ(support::bytes_of(work), expected)
                     << "width " << width << " iterations " << iterations << " clear " << clear_padding;
             }
         }
