@@ -1,9 +1,12 @@
-// Convexity and angle examination of four corners.
+// Convexity and angle examination of four corners, and the corners a
+// registration keeps after its examinations.
 #include <gtest/gtest.h>
 
 #include <vector>
 
+#include "common/basic_image.h"
 #include "cornersearch/corner_examiner.h"
+#include "registration/projective_registration.h"
 
 using geometric::CornerExaminer;
 using Corners = std::vector<geometric::Geocoordinate<float>>;
@@ -42,36 +45,42 @@ TEST(CornerExaminer, ConvexityTable) {
     for (const Case& c : cases) EXPECT_EQ(CornerExaminer::is_convex(c.corners), c.convex) << c.what;
 }
 
-TEST(CornerExaminer, AngleTable) {
-    struct Case {
-        const char* what;
-        Corners corners;
-        double minimum;
-        bool passes;
-    };
-    const Case cases[] = {
-        {"right angles with 45", kSquare, 45.0, true},
-        {"right angles exactly at a 90 limit", kSquare, 90.0, true},
-        {"a slight skew at a 90 limit", {{0, 0}, {100, 0}, {101, 100}, {0, 100}}, 90.0, false},
-        {"140 degrees at corner 2 with 45",
-         // corner 2 sees corner 1 straight up and corner 3 at 140 degrees from it
-         {{-100, -100}, {0, -100}, {0, 0}, {-64.27876f, 76.60444f}}, 45.0, false},
-        {"130 degrees at corner 2 with 45", {{-100, -100}, {0, -100}, {0, 0}, {-76.60444f, 64.27876f}}, 45.0, true},
-        {"sharp corner 0 alone is not examined", kSharpAtZero, 45.0, true},
-        {"the same corner moved to 1", rotated(kSharpAtZero, 3), 45.0, false},
-        {"the same corner at 2", rotated(kSharpAtZero, 2), 45.0, false},
-        {"the same corner at 3", rotated(kSharpAtZero, 1), 45.0, false},
-        {"an obtuse 126.9 fails a 54 limit like an acute one", kSharpAtZero, 54.0, false},
-        {"coincident neighbours divide by the small constant", {{0, 0}, {0, 0}, {0, 0}, {0, 0}}, 45.0, true},
-        {"three points", {{0, 0}, {100, 0}, {100, 100}}, 45.0, false},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(CornerExaminer::check_angles(c.corners, c.minimum), c.passes) << c.what;
-}
-
 TEST(CornerExaminer, ConstraintsNeedConvexityAndAngles) {
     EXPECT_TRUE(CornerExaminer::check_constrains(kSquare, 45.0));
     EXPECT_FALSE(CornerExaminer::check_constrains({{5, 5}, {5, 5}, {5, 5}, {5, 5}}, 45.0));  // angles pass, not convex
     EXPECT_FALSE(CornerExaminer::check_constrains(rotated(kSharpAtZero, 1), 45.0));        // convex, angle fails
     EXPECT_TRUE(CornerExaminer::is_convex(rotated(kSharpAtZero, 1)));
+}
+
+namespace {
+
+// A registration whose edge search hands out fixed corners.
+class FixedCorners : public geometric::ProjectiveRegistration {
+public:
+    using ProjectiveRegistration::ProjectiveRegistration;
+    geometric::RegistrationOutputType run_registration() override { return geometric::REGISTRATION_NO_GEOMETRY; }
+    bool perform_edge_corner_searching() override {
+        corners = found;
+        return answer;
+    }
+    Corners found;
+    bool answer = true;
+};
+
+}  // namespace
+
+// Corners whose output is out of proportion to the image, or an edge search
+// that fails, leave no corners at all.
+TEST(ProjectiveRegistration, ObtainCornersEmptiesTheCornersOnFailure) {
+    common::BasicImage image(100, 100, common::GRAY);
+    FixedCorners r(&image);
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        const float side = attempt == 0 ? 300.0f : 100.0f;  // 300 of 100: out of proportion
+        r.found = {{0, 0}, {side - 1, 0}, {side - 1, side - 1}, {0, side - 1}};
+        r.answer = attempt != 1;
+        r.vanishing_points.horizontal.has_vanishing_point = r.vanishing_points.vertical.has_vanishing_point = true;
+        r.vanishing_points.horizontal.is_parallel = r.vanishing_points.vertical.is_parallel = true;
+        EXPECT_EQ(r.obtain_corners(), attempt == 2) << attempt;
+        EXPECT_EQ(r.corners.size(), attempt == 2 ? 4u : 0u) << attempt;
+    }
 }

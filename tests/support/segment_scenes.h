@@ -1,17 +1,17 @@
-// Generated test scenes for the line segment detector: gray images whose
-// edges are known by construction.
-#ifndef MORVANE_TESTS_LINESEGMENTS_SCENES_H
-#define MORVANE_TESTS_LINESEGMENTS_SCENES_H
+// Scenes for the line segment detector: gray images whose edges are known by
+// construction, and the segments found along a line.
+#ifndef MORVANE_TESTS_SUPPORT_SEGMENT_SCENES_H
+#define MORVANE_TESTS_SUPPORT_SEGMENT_SCENES_H
 
 #include <cmath>
 #include <cstdint>
-#include <random>
 #include <vector>
 
 #include "linesegments/image_object.h"
 #include "linesegments/line_segment_rect.h"
+#include "support/pixels.h"
 
-namespace scenes {
+namespace support {
 
 struct Gray {
     int width;
@@ -40,11 +40,7 @@ struct Gray {
             }
     }
 
-    // Uniform noise from a fixed seed; the raw generator output is portable.
-    void noise(std::uint32_t seed) {
-        std::mt19937 random(seed);
-        for (unsigned char& p : pixels) p = static_cast<unsigned char>(random() & 0xff);
-    }
+    void noise(std::uint32_t seed) { pixels = noise_bytes(pixels.size(), seed); }
 };
 
 // Distance from point (x, y) to the infinite line through (ax, ay), (bx, by).
@@ -70,6 +66,6 @@ inline const geometric::LineSegmentRect* longest_on_line(const std::vector<geome
     return best;
 }
 
-}  // namespace scenes
+}  // namespace support
 
 #endif

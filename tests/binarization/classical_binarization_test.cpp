@@ -1,18 +1,101 @@
-// The binarization frame, the engine's table and Otsu's threshold.
+// The classical binarizations and their frame: mean and deviation maps against a
+// box summed pixel by pixel, Sauvola's window rule and Wolf's flat page, Otsu's
+// packed application against a per-pixel walk, the frame's refusals and the
+// engine's table.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <exception>
+#include <memory>
 #include <string>
 
 #include "binarization/binarization_enginee.h"
+#include "binarization/mean_and_deviation_maps.h"
 #include "binarization/otsu_binarization.h"
-#include "binarization/test_pages.h"
+#include "binarization/sauvola_binarization_original.h"
+#include "binarization/wolf_binarization_original.h"
 #include "common/geometricexception.h"
+#include "support/errors.h"
+#include "support/images.h"
 
 namespace geometric {
 namespace {
 
-using binarization_test::flat_page;
+TEST(MeanAndDeviationMaps, MatchABoxSummedPixelByPixel) {
+    const common::BasicImage gray = support::noise_image(23, 31, 17u);
+    const int windows[][2] = {{5, 5}, {4, 7}, {40, 3}};
+    for (const auto& wnd : windows) {
+        Image<double> mean(31, 23), deviation(31, 23);
+        mean.set_window(wnd[0], wnd[1]);
+        deviation.set_window(wnd[0], wnd[1]);
+        calculate_mean_and_deviation_maps(gray, mean, deviation);
+        for (int y = 0; y < 23; ++y)
+            for (int x = 0; x < 31; ++x) {
+                double sum = 0.0, square = 0.0, n = 0.0;
+                for (int v = y - wnd[1] / 2; v <= y - wnd[1] / 2 + wnd[1] - 1; ++v)
+                    for (int u = x - wnd[0] / 2; u <= x - wnd[0] / 2 + wnd[0] - 1; ++u) {
+                        if (u < 0 || v < 0 || u >= 31 || v >= 23) continue;
+                        const double p = gray.get_line_pointer(v)[u];
+                        sum += p, square += p * p, n += 1.0;
+                    }
+                const double m = sum / n;
+                ASSERT_NEAR(mean.at(x, y), m, 1e-9) << x << "," << y;
+                ASSERT_NEAR(deviation.at(x, y), std::sqrt(square / n - m * m), 1e-6) << x << "," << y;
+            }
+    }
+}
+
+TEST(SauvolaBinarizationOriginal, WindowRule) {
+    struct Case { int width, height, window; };
+    const Case cases[] = {{204, 500, 51}, {203, 500, 51}, {200, 200, 51}, {196, 300, 49}, {40, 40, 11}, {8, 8, 3}, {2, 9, 3}};
+    for (const Case& c : cases)
+        EXPECT_EQ(SauvolaBinarizationOriginal::obtain_window_size(c.width, c.height), c.window) << c.width << "x" << c.height;
+}
+
+// A dark bar (gray 60) across bright paper (gray 200).
+common::BasicImage bar_page() {
+    common::BasicImage page = support::flat_image(120, 160, 200);
+    for (int y = 50; y < 60; ++y)
+        for (int x = 20; x < 140; ++x) page.get_line_pointer(y)[x] = 60;
+    return page;
+}
+
+TEST(ClassicalMethods, InkIsTheBarOnly) {
+    const common::BasicImage gray = bar_page();
+    for (const int method : {0, 1}) {
+        common::BasicImage output;
+        bool done;
+        if (method == 0) {
+            SauvolaBinarizationOriginal sauvola(&gray, &output);
+            done = sauvola.run_binarization();
+        } else {
+            WolfBinarizationOriginal wolf(&gray, &output);
+            done = wolf.run_binarization();
+        }
+        ASSERT_TRUE(done);
+        for (int y = 0; y < 120; y += 3)
+            for (int x = 0; x < 160; x += 3) {
+                const bool bar = y >= 50 && y < 60 && x >= 20 && x < 140;
+                ASSERT_EQ(output.get_pixel(x, y), bar ? 1u : 0u) << method << " at " << x << "," << y;
+            }
+    }
+}
+
+TEST(WolfBinarizationOriginal, FlatPageHasNoInk) {
+    // Every deviation is 0, so R is 0 and each threshold is not a number.
+    const common::BasicImage gray = support::flat_image(30, 30, 90);
+    common::BasicImage output;
+    WolfBinarizationOriginal wolf(&gray, &output);
+    ASSERT_TRUE(wolf.run_binarization());
+    for (int i = 0; i < output.get_data_size(); ++i) EXPECT_EQ(output.get_data()[i], 0);
+}
+
+}  // namespace
+}  // namespace geometric
+
+namespace geometric {
+namespace {
 
 unsigned char otsu_threshold(const common::BasicImage& gray) {
     unsigned char threshold = 77;
@@ -22,34 +105,10 @@ unsigned char otsu_threshold(const common::BasicImage& gray) {
 
 // Left half `dark`, right half `bright`.
 common::BasicImage two_level_page(int height, int width, unsigned char dark, unsigned char bright) {
-    common::BasicImage page = flat_page(height, width, bright);
+    common::BasicImage page = support::flat_image(height, width, bright);
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width / 2; ++x) page.get_line_pointer(y)[x] = dark;
     return page;
-}
-
-TEST(OtsuThreshold, KnownPages) {
-    // Two levels: every t from the dark level up to one below the bright one
-    // splits the classes alike; the first of those equal scores wins.
-    EXPECT_EQ(otsu_threshold(two_level_page(10, 20, 40, 200)), 40);
-    // A flat page has no score above 0: the threshold is 0, not 128.
-    EXPECT_EQ(otsu_threshold(flat_page(10, 20, 128)), 0);
-    EXPECT_EQ(otsu_threshold(flat_page(10, 20, 255)), 0);
-    EXPECT_EQ(otsu_threshold(common::BasicImage()), 0);
-    // Three equal classes 0, 100, 200: the scores at t = 0 and t = 100 are
-    // equal by symmetry, and the first (0) is kept.
-    common::BasicImage three = flat_page(3, 30, 200);
-    for (int y = 0; y < 3; ++y)
-        for (int x = 0; x < 20; ++x) three.get_line_pointer(y)[x] = x < 10 ? 0 : 100;
-    EXPECT_EQ(otsu_threshold(three), 0);
-    // Unequal classes move the split: 90 % paper at 220, 10 % ink at 30
-    // with a few mid-grey pixels that belong to the ink.
-    common::BasicImage page = flat_page(10, 100, 220);
-    for (int y = 0; y < 10; ++y) {
-        page.get_line_pointer(y)[0] = 30;
-        page.get_line_pointer(y)[1] = 60;
-    }
-    EXPECT_EQ(otsu_threshold(page), 60);
 }
 
 TEST(OtsuBinarization, InkIsDarkInsideAndTheFrameAndPaddingAreSetAfterTheComplement) {
@@ -70,24 +129,12 @@ TEST(OtsuBinarization, InkIsDarkInsideAndTheFrameAndPaddingAreSetAfterTheComplem
     }
 }
 
-TEST(OtsuBinarization, WithoutInvertTheBrightClassIsSetAndTheFrameStaysClear) {
-    common::BasicImage gray = two_level_page(6, 40, 40, 200);
-    common::BasicImage output;
-    OtsuBinarization otsu(&gray, &output);
-    otsu.set_invert(false);
-    otsu.set_despeckle(false);
-    ASSERT_TRUE(otsu.run_binarization());
-    EXPECT_EQ(output.get_pixel(25, 2), 1u);
-    EXPECT_EQ(output.get_pixel(5, 2), 0u);
-    EXPECT_EQ(output.get_pixel(39, 2), 0u);
-}
-
 // The application packs eight pixels to a byte; it must set exactly the bits
 // of a plain per-pixel walk, at every width around the byte edges.
 TEST(OtsuBinarization, PackedApplicationMatchesAPerPixelWalk) {
     unsigned state = 12345u;
     for (int width = 3; width <= 42; ++width) {
-        common::BasicImage gray = flat_page(5, width, 0);
+        common::BasicImage gray = support::flat_image(5, width, 0);
         for (int y = 0; y < 5; ++y)
             for (int x = 0; x < width; ++x) {
                 state = state * 1664525u + 1013904223u;
@@ -115,31 +162,6 @@ TEST(OtsuBinarization, PackedApplicationMatchesAPerPixelWalk) {
     }
 }
 
-TEST(OtsuBinarization, ImagesUnderThreePixelsASideAreAllSet) {
-    const int sizes[][2] = {{2, 2}, {2, 40}, {40, 2}};
-    for (const auto& s : sizes) {
-        common::BasicImage gray = two_level_page(s[0], s[1], 10, 250);
-        common::BasicImage output;
-        OtsuBinarization otsu(&gray, &output);
-        ASSERT_TRUE(otsu.run_binarization());
-        for (int i = 0; i < output.get_data_size(); ++i) EXPECT_EQ(output.get_data()[i], 0xFF) << s[0] << "x" << s[1];
-    }
-}
-
-TEST(BinarizationFrame, BinarySourceIsReturnedUnchangedSpecksIncluded) {
-    common::BasicImage binary(20, 40, common::BINARY, 150, 200);
-    binary.set_pixel(10, 10, 1);  // an isolated speck that despeckling would remove
-    binary.set_pixel(30, 5, 1);
-    common::BasicImage output(3, 3, common::GRAY);
-    OtsuBinarization otsu(&binary, &output);
-    ASSERT_TRUE(otsu.run_binarization());
-    EXPECT_EQ(output.get_image_type(), common::BINARY);
-    EXPECT_EQ(output.get_x_resolution(), 150);
-    EXPECT_EQ(output.get_y_resolution(), 200);
-    ASSERT_EQ(output.get_data_size(), binary.get_data_size());
-    EXPECT_EQ(0, std::memcmp(output.get_data(), binary.get_data(), static_cast<size_t>(binary.get_data_size())));
-}
-
 TEST(BinarizationFrame, FourChannelSourceAnswersFalseWithAnEmptyOutput) {
     common::BasicImage bgra(8, 8, common::BGRA);
     common::BasicImage output;
@@ -151,40 +173,15 @@ TEST(BinarizationFrame, FourChannelSourceAnswersFalseWithAnEmptyOutput) {
 }
 
 TEST(BinarizationFrame, NullOutputThrows) {
-    common::BasicImage gray = flat_page(4, 4, 0);
-    try {
-        OtsuBinarization otsu(&gray, nullptr);
-        FAIL() << "no exception";
-    } catch (const Geometricexception& e) {
-        EXPECT_EQ(e.get_message(), "the output image is empty");
-    }
-    // A caller that cannot name the type reads the same text.
-    try {
-        OtsuBinarization otsu(&gray, nullptr);
-    } catch (const std::exception& e) {
-        EXPECT_STREQ(e.what(), "the output image is empty");
-    }
-}
-
-TEST(BinarizationFrame, RgbSourceIsBinarizedByLuminanceWithTheSourceResolutions) {
-    // Pure blue (luminance 29) beside pure green (149): with the mean both
-    // would be 85 and Otsu would see a flat page.
-    common::BasicImage rgb(6, 40, common::RGB, 200, 100);
-    for (int y = 0; y < 6; ++y)
-        for (int x = 0; x < 40; ++x) rgb.set_pixel(x, y, x < 20 ? 0x0000FFu : 0x00FF00u);
-    common::BasicImage output;
-    OtsuBinarization otsu(&rgb, &output);
-    ASSERT_TRUE(otsu.run_binarization());
-    EXPECT_EQ(output.get_x_resolution(), 200);
-    EXPECT_EQ(output.get_y_resolution(), 100);
-    EXPECT_EQ(output.get_pixel(10, 3), 1u);
-    EXPECT_EQ(output.get_pixel(30, 3), 0u);
-    EXPECT_EQ(rgb.get_image_type(), common::RGB);  // the source is never touched
+    common::BasicImage gray = support::flat_image(4, 4, 0);
+    // A caller that cannot name the type reads the text too.
+    EXPECT_EQ(support::thrown_text<std::exception>([&] { OtsuBinarization otsu(&gray, nullptr); }),
+              "the output image is empty");
 }
 
 TEST(BinarizationFrame, DespecklingRemovesAnIsolatedInkPixelUnlessCleared) {
     // One dark pixel on bright paper: Otsu makes it ink, despeckling drops it.
-    common::BasicImage gray = flat_page(12, 64, 200);
+    common::BasicImage gray = support::flat_image(12, 64, 200);
     gray.get_line_pointer(6)[20] = 10;
     for (const bool despeckle : {true, false}) {
         common::BasicImage output;

@@ -1,7 +1,7 @@
-// Helpers of the page analysis tests: small bitonal pages of bars, blocks and
-// staircases, and their blobs as the calculator forms them.
-#ifndef MORVANE_TESTS_PAGEANALYSIS_BLOB_SCENES_H
-#define MORVANE_TESTS_PAGEANALYSIS_BLOB_SCENES_H
+// Small bitonal pages of bars, blocks, discs and staircases, and their blobs
+// as the calculator forms them.
+#ifndef MORVANE_TESTS_SUPPORT_BLOB_SCENES_H
+#define MORVANE_TESTS_SUPPORT_BLOB_SCENES_H
 
 #include <list>
 #include <utility>
@@ -11,7 +11,7 @@
 #include "components/connected_component_calculator.h"
 #include "components/text_blob.h"
 
-namespace test_support {
+namespace support {
 
 inline void fill_rect(common::BasicImage& image, int left, int top, int width, int height) {
     for (int y = top; y < top + height; ++y)
@@ -62,6 +62,6 @@ inline std::list<geometric::TextBlob> form_blobs(geometric::ConnectedComponentCa
     return blobs;
 }
 
-}  // namespace test_support
+}  // namespace support
 
 #endif

@@ -1,17 +1,16 @@
 // Boundaries and arrays with answers known by construction, and a bitwise
-// comparison of two arrays' state.
-#ifndef MORVANE_TESTS_CORNERSEARCH_BOUNDARY_SCENES_H
-#define MORVANE_TESTS_CORNERSEARCH_BOUNDARY_SCENES_H
+// comparison of two boundaries.
+#ifndef MORVANE_TESTS_SUPPORT_BOUNDARY_SCENES_H
+#define MORVANE_TESTS_SUPPORT_BOUNDARY_SCENES_H
 
 #include <cstring>
 #include <string>
-#include <vector>
 
 #include "common/basic_image.h"
 #include "cornersearch/bounding_line.h"
 #include "cornersearch/bounding_line_array_wrapper.h"
 
-namespace boundary_scenes {
+namespace support {
 
 using geometric::BoundingLinePosition;
 using geometric_test::BoundingLine;
@@ -53,12 +52,11 @@ inline void place_rectangle(BoundingLineArrayWrapper& wrapper, const Rectangle& 
 // both edges included, on a dark background (30).
 inline common::BasicImage page_image(int width, int height, const Rectangle& page) {
     common::BasicImage image(height, width, common::GRAY);
-    for (int y = 0; y < height; ++y) {
+    for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             const bool inside = x >= page.left && x <= page.right && y >= page.top && y <= page.bottom;
             image.set_pixel(x, y, inside ? 200u : 30u);
         }
-    }
     return image;
 }
 
@@ -76,28 +74,6 @@ inline bool same_boundary(const BoundingLine& a, const BoundingLine& b) {
     return true;
 }
 
-// Names the first field in which the two arrays differ, or is empty.
-inline std::string state_difference(const BoundingLineArrayWrapper& a, const BoundingLineArrayWrapper& b) {
-    if (a.boundaries.size() != b.boundaries.size()) return "boundary count";
-    for (std::size_t i = 0; i < a.boundaries.size(); ++i) {
-        if (!same_boundary(a.boundaries[i], b.boundaries[i])) return "boundary " + std::to_string(i);
-    }
-    if (a.vertices.size() != b.vertices.size()) return "vertex count";
-    for (std::size_t i = 0; i < a.vertices.size(); ++i) {
-        if (!same_bits(a.vertices[i].x, b.vertices[i].x) || !same_bits(a.vertices[i].y, b.vertices[i].y)) {
-            return "vertex " + std::to_string(i);
-        }
-    }
-    if (a.confidences.size() != b.confidences.size()) return "confidence count";
-    for (std::size_t i = 0; i < a.confidences.size(); ++i) {
-        if (!same_bits(a.confidences[i], b.confidences[i])) return "confidence " + std::to_string(i);
-    }
-    if (!same_bits(a.gray_failures, b.gray_failures)) return "gray_failures";
-    if (a.is_four_boundary_examined != b.is_four_boundary_examined) return "is_four_boundary_examined";
-    if (a.width != b.width || a.height != b.height) return "size";
-    return "";
-}
-
 // Which of slots 0 to 3 are valid, as four characters: "LTRB" with '-' for empty.
 inline std::string valid_slots(const BoundingLineArrayWrapper& wrapper) {
     const char names[] = "LTRB";
@@ -106,6 +82,6 @@ inline std::string valid_slots(const BoundingLineArrayWrapper& wrapper) {
     return result;
 }
 
-}  // namespace boundary_scenes
+}  // namespace support
 
 #endif
