@@ -2,7 +2,8 @@
 # Installs what is missing, builds the library with its tests and runs every
 # test twice: in the release build, then in a build with AddressSanitizer (with
 # leak detection) and UndefinedBehaviorSanitizer, each in its own folder.
-# MORVANE_SKIP_SANITIZE=1 skips the second run.
+# MORVANE_SKIP_SANITIZE=1 skips the second run. Last, it prints the share of
+# test code (scripts/test_share.sh).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/deps.sh
@@ -25,4 +26,9 @@ if [ "${MORVANE_SKIP_SANITIZE:-0}" != "1" ]; then
   export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1:strict_string_checks=1
   export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
   (cd build-sanitize && ctest --output-on-failure -j"$jobs")
+fi
+
+# The share of test code in the tracked sources, when this is a git checkout.
+if git rev-parse --is-inside-work-tree >/dev/null 2>&1; then
+  scripts/test_share.sh
 fi

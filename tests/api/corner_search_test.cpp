@@ -4,31 +4,10 @@
 #include <vector>
 
 #include "morvane/morvane.h"
-
-namespace {
-
-// A bright upright page with dark marks on a darker, slightly noisy desk.
-std::vector<unsigned char> page_photo(int width, int height, int left, int top, int right, int bottom) {
-    std::vector<unsigned char> pixels(static_cast<size_t>(width) * height);
-    unsigned state = 5u;
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x) {
-            state = state * 1664525u + 1013904223u;
-            const bool page = x >= left && x <= right && y >= top && y <= bottom;
-            const bool mark = page && (y - top) % 30 > 22 && (x - left) % 14 < 9 && x > left + 40 &&
-                              x < right - 40 && y > top + 40 && y < bottom - 40;
-            pixels[static_cast<size_t>(y) * width + x] =
-                static_cast<unsigned char>((mark ? 40 : page ? 205 : 70) + static_cast<int>(state >> 29) - 3);
-        }
-    return pixels;
-}
-
-}  // namespace
-
-TEST(CornerSearchFamily, DestroyAcceptsNull) { destroy_corner_search_enginee(NULL); }
+#include "support/pixels.h"
 
 TEST(CornerSearchFamily, FindsThePageAndAppliesTheSetters) {
-    std::vector<unsigned char> pixels = page_photo(800, 600, 120, 80, 679, 519);
+    std::vector<unsigned char> pixels = support::page_photo(800, 600, support::quad(120, 80, 680, 80, 680, 520, 120, 520));
     const ImageCApi image = {800, 600, 0, 0, 1, 0, pixels.data()};
     const int expected_x[4] = {120, 679, 679, 120}, expected_y[4] = {80, 80, 519, 519};
     for (int method : {0, 6}) {
@@ -55,20 +34,6 @@ TEST(CornerSearchFamily, FindsThePageAndAppliesTheSetters) {
     const int strict = perform_corner_searching(handle, &image, &corners);
     EXPECT_TRUE(strict == 1 || strict == -5) << strict;
     destroy_corner_search_enginee(handle);
+    destroy_corner_search_enginee(NULL);
 }
 
-TEST(CornerSearchFamily, NoPageGivesMinusOneAndTheImagesCorners) {
-    std::vector<unsigned char> pixels(160 * 120, 90);
-    const ImageCApi image = {160, 120, 0, 0, 1, 0, pixels.data()};
-    for (int method : {0, 6, 7}) {
-        void* handle = create_corner_search_enginee(method);
-        ControlPointCorners corners;
-        EXPECT_EQ(perform_corner_searching(handle, &image, &corners), -1) << method;
-        const ControlPointCorners whole = {{0, 159, 159, 0}, {0, 0, 119, 119}};
-        for (int k = 0; k < 4; ++k) {
-            EXPECT_EQ(corners.x[k], whole.x[k]) << method;
-            EXPECT_EQ(corners.y[k], whole.y[k]) << method;
-        }
-        destroy_corner_search_enginee(handle);
-    }
-}

@@ -1,243 +1,52 @@
-// Every exported family answers the same bytes twice on the same input, and
-// two handles of a family interleaved call by call answer what one alone does.
+// The corrector answers the same bytes twice on the same input, and two
+// handles interleaved call by call answer what one alone does. The corner
+// search and line segment fuzz targets repeat each search on the same handle.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <vector>
 
 #include "morvane/morvane.h"
+#include "support/pixels.h"
 
-namespace {
-
-// A tilted bright page with dark text strokes on a darker desk, with a
-// little deterministic noise so that no two rows are alike.
-struct PhotographedPage {
-    int width, height, channels;
-    std::vector<unsigned char> pixels;
-
-    PhotographedPage(int w, int h, int c) : width(w), height(h), channels(c), pixels(static_cast<size_t>(w) * h * c) {
-        unsigned state = 12345u;
-        for (int y = 0; y < h; ++y) {
-            for (int x = 0; x < w; ++x) {
-                state = state * 1103515245u + 12345u;
-                const double u = x - 0.08 * y, v = y + 0.05 * x;  // page coordinates, a few degrees off
-                const bool on_page = u > 0.1 * w && u < 0.85 * w && v > 0.1 * h && v < 0.9 * h;
-                const bool text = on_page && static_cast<int>(v) % 14 < 3 && u > 0.18 * w && u < 0.75 * w;
-                const int base = text ? 40 : (on_page ? 215 : 70);
-                for (int k = 0; k < c; ++k)
-                    pixels[(static_cast<size_t>(y) * w + x) * c + k] =
-                        static_cast<unsigned char>(base + static_cast<int>((state >> 16) % 9) - 4 + 3 * k);
-            }
-        }
-    }
-
-    ImageCApi record() { return ImageCApi{width, height, 0, 0, channels, 0, pixels.data()}; }
-};
-
-const ControlPointCorners kTilted = {{30, 290, 300, 12}, {25, 40, 230, 215}};
-
-// Everything a corrector reports after one run, as bytes.
-struct CorrectorAnswer {
-    int code = 0;
-    ControlPointCorners corners{};
-    VanishingPointsCApi points{};
-    int width = 0, height = 0;
-    std::vector<unsigned char> corrected;
-
-    bool operator==(const CorrectorAnswer& o) const {
-        return code == o.code && std::memcmp(&corners, &o.corners, sizeof corners) == 0 &&
-               std::memcmp(&points, &o.points, sizeof points) == 0 && width == o.width && height == o.height &&
-               corrected == o.corrected;
-    }
-};
-
-// The steps of one corrector run; step i of two handles can be interleaved.
-void corrector_step(int step, void* handle, ImageCApi& input, CorrectorAnswer& answer) {
-    switch (step) {
-        case 0: answer.code = run_projective_correction(handle, &input); break;
-        case 1:
-            obtain_four_corners(handle, &answer.corners);
-            std::memset(&answer.points, 0, sizeof answer.points);  // padding bytes take part in the comparison
-            obtain_vanishing_point(handle, &answer.points);
-            break;
-        case 2: obtain_corrected_img_dimension(handle, &answer.width, &answer.height); break;
-        case 3: {
-            answer.corrected.assign(static_cast<size_t>(answer.width) * answer.height * input.channels, 0);
-            ImageCApi out = {answer.width, answer.height, 0, 0, input.channels, 0, answer.corrected.data()};
-            obtain_corrected_image(handle, &out);
-            break;
-        }
-        case 4: {
-            // Then the caller's corners, over the found ones.
-            obtain_corrected_img_dimension_given_corners(handle, &kTilted, &answer.width, &answer.height);
-            std::vector<unsigned char> out_pixels(static_cast<size_t>(answer.width) * answer.height * input.channels);
-            ImageCApi out = {answer.width, answer.height, 0, 0, input.channels, 0, out_pixels.data()};
-            obtain_corrected_image_given_corners(handle, &input, &kTilted, &out);
-            answer.corrected.insert(answer.corrected.end(), out_pixels.begin(), out_pixels.end());
-            break;
-        }
-        default: break;
-    }
-}
-
-constexpr int kCorrectorSteps = 5;
-
-std::vector<double> segments(void* lsd, const ImageCApi& image) {
-    int count = 0;
-    double* lines = search_for_line_segments(lsd, &image, &count);
-    std::vector<double> copy(lines, lines + 7 * count);
-    clean_lines(lines);
-    return copy;
-}
-
-}  // namespace
-
-TEST(Determinism, FreeFunctionsAnswerTheSameBytesTwice) {
+TEST(Determinism, CorrectorAnswersAloneTwiceAndInterleavedAlike) {
     for (int channels : {1, 3}) {
-        PhotographedPage page(320, 240, channels);
-        ImageCApi input = page.record();
-        int w = 0, h = 0;
-        obtain_output_image_dimension(&kTilted, &w, &h);
-        std::vector<unsigned char> first(static_cast<size_t>(w) * h * channels), second(first.size(), 7);
-        ImageCApi out1 = {w, h, 0, 0, channels, 0, first.data()};
-        ImageCApi out2 = {w, h, 0, 0, channels, 0, second.data()};
-        perform_projective_correction(&kTilted, &input, &out1);
-        perform_projective_correction(&kTilted, &input, &out2);
-        EXPECT_EQ(first, second) << channels << " channels";
-    }
-}
-
-TEST(Determinism, CorrectorAnswersTheSameTwiceAndWhenTwoHandlesInterleave) {
-    for (int channels : {1, 3}) {
-        PhotographedPage page(320, 240, channels);
-        ImageCApi input = page.record();
-        CorrectorAnswer alone[2], together[2];
-        for (CorrectorAnswer& answer : alone) {
-            void* handle = corrector_create();
-            for (int step = 0; step < kCorrectorSteps; ++step) corrector_step(step, handle, input, answer);
-            destroy_corrector(handle);
-        }
-        void* a = corrector_create();
-        void* b = corrector_create();
-        for (int step = 0; step < kCorrectorSteps; ++step) {
-            corrector_step(step, a, input, together[0]);
-            corrector_step(step, b, input, together[1]);
-        }
-        destroy_corrector(a);
-        destroy_corrector(b);
-        EXPECT_FALSE(alone[0].corrected.empty());
-        EXPECT_TRUE(alone[0] == alone[1]) << channels << " channels";
-        EXPECT_TRUE(alone[0] == together[0]) << channels << " channels";
-        EXPECT_TRUE(alone[0] == together[1]) << channels << " channels";
-    }
-}
-
-TEST(Determinism, LineSegmentsAnswerTheSameBytesTwiceAndWhenTwoHandlesInterleave) {
-    PhotographedPage page(320, 240, 1), other(200, 300, 1);
-    const ImageCApi input = page.record(), second_input = other.record();
-    void* alone = lsd_create();
-    const std::vector<double> first = segments(alone, input);
-    const std::vector<double> first_other = segments(alone, second_input);
-    EXPECT_FALSE(first.empty());
-    EXPECT_EQ(segments(alone, input), first);
-    destroy_lsd(alone);
-
-    void* a = lsd_create();
-    void* b = lsd_create();
-    for (int round = 0; round < 2; ++round) {
-        EXPECT_EQ(segments(a, input), first);
-        EXPECT_EQ(segments(b, second_input), first_other);
-    }
-    destroy_lsd(a);
-    destroy_lsd(b);
-}
-
-namespace {
-
-// Labels, sizes, top points and contours of one calculator, concatenated.
-std::vector<int> blob_answer(void* calculator, const ImageCApi& image, int step) {
-    std::vector<int> out;
-    const int count = perform_blob_formulation(calculator, &image);
-    out.push_back(count);
-    if (step == 0) {
-        std::vector<int> labels(static_cast<size_t>(image.width + 2) * (image.height + 2));
-        calculate_label_image(calculator, &image, labels.data(), 1);
-        out.insert(out.end(), labels.begin(), labels.end());
-    } else if (step == 1) {
-        std::vector<int> a(static_cast<size_t>(count)), b(a.size());
-        obtain_blob_dimension_histogram(calculator, &image, a.data(), b.data());
-        out.insert(out.end(), a.begin(), a.end());
-        out.insert(out.end(), b.begin(), b.end());
-        obtain_blob_top_points(calculator, &image, a.data(), b.data());
-        out.insert(out.end(), a.begin(), a.end());
-        out.insert(out.end(), b.begin(), b.end());
-    } else {
-        int* xs = nullptr;
-        int* ys = nullptr;
-        const int points = obtain_blob_contours_one_by_one(calculator, &image, &xs, &ys, &std::malloc);
-        out.insert(out.end(), xs, xs + points);
-        out.insert(out.end(), ys, ys + points);
-        std::free(xs);
-        std::free(ys);
-    }
-    return out;
-}
-
-}  // namespace
-
-TEST(Determinism, BlobCalculatorAnswersTheSameTwiceAndWhenTwoHandlesInterleave) {
-    PhotographedPage page(320, 240, 1);
-    // Only 255 is background in a gray record: the text strokes and the desk
-    // become components once the paper is made white.
-    for (unsigned char& v : page.pixels) v = v > 150 ? 255 : v;
-    const ImageCApi image = page.record();
-    std::vector<int> alone[2][3], together[2][3];
-    for (auto& run : alone) {
-        void* calculator = create_blob_calculator();
-        for (int step = 0; step < 3; ++step) run[step] = blob_answer(calculator, image, step);
-        delete_blob_calculator(calculator);
-    }
-    void* a = create_blob_calculator();
-    void* b = create_blob_calculator();
-    for (int step = 0; step < 3; ++step) {
-        together[0][step] = blob_answer(a, image, step);
-        together[1][step] = blob_answer(b, image, step);
-    }
-    delete_blob_calculator(a);
-    delete_blob_calculator(b);
-    EXPECT_GT(alone[0][0][0], 1);
-    for (int step = 0; step < 3; ++step) {
-        EXPECT_EQ(alone[0][step], alone[1][step]) << step;
-        EXPECT_EQ(alone[0][step], together[0][step]) << step;
-        EXPECT_EQ(alone[0][step], together[1][step]) << step;
-    }
-}
-
-TEST(Determinism, CornerSearchAnswersTheSameTwiceAndWhenTwoHandlesInterleave) {
-    PhotographedPage page(320, 240, 1);
-    const ImageCApi input = page.record();
-    for (int method : {0, 6}) {
-        ControlPointCorners alone[2], together[2];
-        int codes[4];
-        for (int i = 0; i < 2; ++i) {
-            void* handle = create_corner_search_enginee(method);
-            codes[i] = perform_corner_searching(handle, &input, &alone[i]);
-            destroy_corner_search_enginee(handle);
-        }
-        void* a = create_corner_search_enginee(method);
-        void* b = create_corner_search_enginee(method);
-        codes[2] = perform_corner_searching(a, &input, &together[0]);
-        codes[3] = perform_corner_searching(b, &input, &together[1]);
-        // A second run on the same handles repeats the first.
-        codes[2] += 10 * perform_corner_searching(a, &input, &together[0]);
-        codes[3] += 10 * perform_corner_searching(b, &input, &together[1]);
-        destroy_corner_search_enginee(a);
-        destroy_corner_search_enginee(b);
-        EXPECT_EQ(codes[0], codes[1]) << method;
-        EXPECT_EQ(codes[2], 11 * codes[0]) << method;
-        EXPECT_EQ(codes[3], 11 * codes[0]) << method;
-        for (const ControlPointCorners& other : {alone[1], together[0], together[1]})
-            EXPECT_EQ(std::memcmp(&alone[0], &other, sizeof other), 0) << method;
+        std::vector<unsigned char> pixels =
+            support::page_photo(320, 240, support::quad(30, 25, 290, 40, 300, 230, 12, 215), channels);
+        const ImageCApi input = {320, 240, 0, 0, channels, 0, pixels.data()};
+        const ControlPointCorners tilted = {{30, 290, 300, 12}, {25, 40, 230, 215}};
+        // Everything a run reports, as bytes; step s of each handle runs before step s + 1 of any.
+        std::vector<unsigned char> answers[4];
+        void* handles[4] = {corrector_create(), corrector_create(), corrector_create(), corrector_create()};
+        const int order[3][2] = {{0, 0}, {1, 1}, {2, 3}};  // handles 0 and 1 alone, one after the other; 2 and 3 interleaved
+        for (const auto& pair : order)
+            for (int step = 0; step < 3; ++step)
+                for (int h = pair[0]; h <= pair[1]; ++h) {
+                    std::vector<unsigned char>& out = answers[h];
+                    int width = 0, height = 0;
+                    if (step == 0) {
+                        ControlPointCorners corners;
+                        VanishingPointsCApi points;
+                        std::memset(&points, 0, sizeof points);  // padding takes part in the comparison
+                        out.push_back(static_cast<unsigned char>(run_projective_correction(handles[h], &input)));
+                        obtain_four_corners(handles[h], &corners);
+                        obtain_vanishing_point(handles[h], &points);
+                        out.insert(out.end(), reinterpret_cast<unsigned char*>(&corners),
+                                   reinterpret_cast<unsigned char*>(&corners) + sizeof corners);
+                        out.insert(out.end(), reinterpret_cast<unsigned char*>(&points),
+                                   reinterpret_cast<unsigned char*>(&points) + sizeof points);
+                        continue;
+                    }
+                    if (step == 1) obtain_corrected_img_dimension(handles[h], &width, &height);
+                    if (step == 2) obtain_corrected_img_dimension_given_corners(handles[h], &tilted, &width, &height);
+                    std::vector<unsigned char> image(static_cast<size_t>(width) * height * channels);
+                    ImageCApi output = {width, height, 0, 0, channels, 0, image.data()};
+                    if (step == 1) obtain_corrected_image(handles[h], &output);
+                    if (step == 2) obtain_corrected_image_given_corners(handles[h], &input, &tilted, &output);
+                    out.insert(out.end(), image.begin(), image.end());
+                }
+        for (void* handle : handles) destroy_corrector(handle);
+        EXPECT_GT(answers[0].size(), 1000u);
+        for (int h = 1; h < 4; ++h) EXPECT_EQ(answers[h], answers[0]) << channels << " channels, handle " << h;
     }
 }

@@ -6,14 +6,14 @@
 
 #include "cornersearch/bounding_edge_registration.h"
 #include "cornersearch/corner_preprocessing.h"
-#include "page_photos.h"
+#include "support/images.h"
 
 namespace geometric_test {
 namespace {
 
 typedef std::vector<geometric::Geocoordinate<float>> Corners;
 
-double worst_corner_error(const Corners& found, const page_photos::Quad& page) {
+double worst_corner_error(const Corners& found, const support::Quad& page) {
     double worst = 0.0;
     for (std::size_t k = 0; k < 4; ++k)
         worst = std::max(worst, std::hypot(found[k].x - page[k].x, found[k].y - page[k].y));
@@ -26,20 +26,20 @@ double worst_corner_error(const Corners& found, const page_photos::Quad& page) {
 TEST(OperationalBoundingEdgeRegistration, FindsPagesWithVisibleEdges) {
     struct Case {
         const char* name;
-        page_photos::Quad page;
+        support::Quad page;
         int method_code;  // which stage found it, and how
     };
     const Case cases[] = {
-        {"upright", page_photos::quad(120, 80, 680, 80, 680, 520, 120, 520), 100},
-        {"tilted", page_photos::quad(160, 100, 660, 60, 720, 540, 100, 500), 100},
+        {"upright", support::quad(120, 80, 680, 80, 680, 520, 120, 520), 100},
+        {"tilted", support::quad(160, 100, 660, 60, 720, 540, 100, 500), 100},
         // The bottom side lies on the image's border: the binary stage combines its candidates.
-        {"on the bottom border", page_photos::quad(120, 80, 680, 80, 680, 597, 120, 597), 102},
-        {"on the left border", page_photos::quad(2, 80, 680, 80, 680, 520, 2, 520), 200},
+        {"on the bottom border", support::quad(120, 80, 680, 80, 680, 597, 120, 597), 102},
+        {"on the left border", support::quad(2, 80, 680, 80, 680, 520, 2, 520), 200},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        const page_photos::Quad& page = c.page;
-        const common::BasicImage photo = page_photos::photo(800, 600, page);
+        const support::Quad& page = c.page;
+        const common::BasicImage photo = support::photo(800, 600, page);
         OperationalBoundingEdgeRegistration search;
         Corners corners;
         ASSERT_EQ(search.run_projective_registration(photo, corners), 1);
@@ -57,27 +57,9 @@ TEST(OperationalBoundingEdgeRegistration, FindsPagesWithVisibleEdges) {
     }
 }
 
-// A page that runs past the left border shows three sides: the contour
-// stages keep them for the line stage, which is not part of the library yet.
-TEST(OperationalBoundingEdgeRegistration, ThreeSidesOfACutPageAreHandedOn) {
-    const common::BasicImage photo = page_photos::photo(800, 600, page_photos::quad(-40, 90, 560, 70, 600, 530, -40, 540));
-    OperationalBoundingEdgeRegistration search(OperationalBoundingEdgeRegistration::BINARY_EDGE_SEARCH);
-    Corners corners;
-    EXPECT_EQ(search.run_projective_registration(photo, corners), -1);
-    ASSERT_TRUE(search.previous_wrapper);
-    const BoundingLineArrayWrapper& sides = *search.previous_wrapper;
-    EXPECT_FALSE(sides.boundaries[geometric::LEFT_BOUNDARY].is_valid());
-    EXPECT_TRUE(sides.boundaries[geometric::TOP_BOUNDARY].is_valid());
-    EXPECT_TRUE(sides.boundaries[geometric::RIGHT_BOUNDARY].is_valid());
-    EXPECT_TRUE(sides.boundaries[geometric::BOTTOM_BOUNDARY].is_valid());
-    // The edge stage took the binary stage's wrapper as its previous one.
-    ASSERT_TRUE(sides.previous_wrapper);
-    EXPECT_EQ(sides.previous_wrapper->calculate_valid_boundary_number(), 3);
-}
-
 TEST(OperationalBoundingEdgeRegistration, EachContourStageAloneFindsAClearPage) {
-    const page_photos::Quad page = page_photos::quad(160, 100, 660, 60, 720, 540, 100, 500);
-    const common::BasicImage photo = page_photos::photo(800, 600, page);
+    const support::Quad page = support::quad(160, 100, 660, 60, 720, 540, 100, 500);
+    const common::BasicImage photo = support::photo(800, 600, page);
     for (auto mode : {OperationalBoundingEdgeRegistration::BINARY_SEARCH, OperationalBoundingEdgeRegistration::EDGE_SEARCH}) {
         OperationalBoundingEdgeRegistration search(mode);
         Corners corners;
@@ -89,7 +71,7 @@ TEST(OperationalBoundingEdgeRegistration, EachContourStageAloneFindsAClearPage) 
 
 TEST(OperationalBoundingEdgeRegistration, BlankImagesAndTextureGiveNoPage) {
     // A flat image, and a desk texture of blotches with no page.
-    common::BasicImage flat = page_photos::photo(400, 300, page_photos::quad(0, 0, 0, 0, 0, 0, 0, 0), 0, 128, false);
+    common::BasicImage flat = support::photo(400, 300, support::quad(0, 0, 0, 0, 0, 0, 0, 0), support::Paper{0, 128, 40, false});
     common::BasicImage texture = flat;
     std::uint32_t state = 7u;
     for (int y = 0; y < 300; ++y)
@@ -101,7 +83,7 @@ TEST(OperationalBoundingEdgeRegistration, BlankImagesAndTextureGiveNoPage) {
         }
     // Blobs of noise or texture reach every border: the only quadrilateral
     // is the image's own frame, which callers read as no page.
-    const page_photos::Quad frame = page_photos::quad(0, 0, 399, 0, 399, 299, 0, 299);
+    const support::Quad frame = support::quad(0, 0, 399, 0, 399, 299, 0, 299);
     for (const common::BasicImage* image : {&flat, &texture}) {
         OperationalBoundingEdgeRegistration search;
         Corners corners;
@@ -109,19 +91,14 @@ TEST(OperationalBoundingEdgeRegistration, BlankImagesAndTextureGiveNoPage) {
             EXPECT_LE(worst_corner_error(corners, frame), 3.0);
         }
     }
-    // The line stage is not part of the library: alone it fails, 300 - 1.
+    // The line stage is not part of the library: alone it fails, 300 - 1; an unknown mode runs no stage.
     OperationalBoundingEdgeRegistration line(OperationalBoundingEdgeRegistration::LINE_SEARCH);
     Corners corners;
     EXPECT_EQ(line.implement_registration(flat, corners), -1);
     EXPECT_EQ(line.method_code, 299);
-}
-
-TEST(OperationalBoundingEdgeRegistration, AnUnknownModeRunsNoStage) {
-    OperationalBoundingEdgeRegistration search(static_cast<OperationalBoundingEdgeRegistration::Method>(99));
-    const common::BasicImage photo = page_photos::photo(200, 150, page_photos::quad(40, 30, 160, 30, 160, 120, 40, 120));
-    Corners corners;
-    EXPECT_EQ(search.implement_registration(photo, corners), -1);
-    EXPECT_EQ(search.method_code, -1);
+    OperationalBoundingEdgeRegistration unknown(static_cast<OperationalBoundingEdgeRegistration::Method>(99));
+    EXPECT_EQ(unknown.implement_registration(flat, corners), -1);
+    EXPECT_EQ(unknown.method_code, -1);
     EXPECT_TRUE(corners.empty());
 }
 
@@ -130,9 +107,13 @@ TEST(ProjectiveRegistrationBase, QualifiesInputsAndScalesTheWorkingImage) {
     EXPECT_TRUE(search.is_input_qualified(common::BasicImage(10, 70, common::GRAY)));
     EXPECT_FALSE(search.is_input_qualified(common::BasicImage(10, 71, common::GRAY)));  // 7.1 : 1
     EXPECT_FALSE(search.is_input_qualified(common::BasicImage(9, 20, common::GRAY)));
+    // Colour becomes gray by luminance: pure blue is 29, not the mean 85.
     int rate = 0;
-    EXPECT_EQ(search.preprocessing_projective(common::BasicImage(1000, 1500, common::RGB), rate)->get_image_type(),
-              common::GRAY);
+    common::BasicImage blue(1000, 1500, common::RGB);
+    for (int x = 0; x < 1500; ++x) blue.set_pixel(x, 7, 0x0000FF);
+    const auto gray = search.preprocessing_projective(blue, rate);
+    EXPECT_EQ(gray->get_image_type(), common::GRAY);
+    EXPECT_EQ(gray->get_pixel(3, 7), 29u);
     EXPECT_EQ(rate, 1);
     // 6001 rows: halved twice to 1500, so the rate is 3 and the image 2000 high.
     const auto working = search.preprocessing_projective(common::BasicImage(6001, 100, common::GRAY), rate);
@@ -142,54 +123,8 @@ TEST(ProjectiveRegistrationBase, QualifiesInputsAndScalesTheWorkingImage) {
     EXPECT_EQ(search.run_projective_registration(common::BasicImage(5, 100, common::GRAY), corners), -1);
 }
 
-TEST(ProjectiveRegistrationBase, CornersOfAReducedWorkingImageAreScaledBack) {
-    const page_photos::Quad page = page_photos::quad(120, 80, 680, 80, 680, 520, 120, 520);
-    const common::BasicImage photo = page_photos::photo(800, 600, page);
-    OperationalBoundingEdgeRegistration search;
-    search.maximum_dimension = 400;  // rate 2
-    search.corner_detection_within_image = true;
-    Corners corners;
-    ASSERT_EQ(search.run_projective_registration(photo, corners), 1);
-    EXPECT_LE(worst_corner_error(corners, page), 10.0);
-    // The output check refuses a page that is too small for the area limit.
-    search.minimum_quadrilateral_area = 0.9f;
-    EXPECT_EQ(search.run_projective_registration(photo, corners), -4);
-}
-
-TEST(CornerPreprocessing, SmoothingFollowsTheBackgroundNoise) {
-    const page_photos::Quad page = page_photos::quad(60, 40, 340, 40, 340, 260, 60, 260);
-    common::BasicImage quiet = page_photos::photo(400, 300, page);
-    common::BasicImage edges;
-    bool strong = true;
-    EXPECT_TRUE(CornerPreprocessing::perform_edge_detection(quiet, edges, strong, 1));
-    EXPECT_FALSE(strong);
-    EXPECT_EQ(edges.get_image_type(), common::BINARY);
-    common::BasicImage noisy = quiet;
-    std::uint32_t state = 3u;
-    for (int y = 0; y < 300; ++y)
-        for (int x = 0; x < 400; ++x) {
-            state = state * 1664525u + 1013904223u;
-            unsigned char& p = noisy.get_line_pointer(y)[x];
-            p = static_cast<unsigned char>(std::min(255, std::max(0, p + static_cast<int>(state >> 27) - 16)));
-        }
-    CornerPreprocessing::perform_edge_detection(noisy, edges, strong, 1);
-    EXPECT_TRUE(strong);
-}
-
-TEST(BoundingEdgeRegistration, LargeBlobAnalyzerStopsOnceTheImageStopsChanging) {
-    const common::BasicImage photo = page_photos::photo(200, 150, page_photos::quad(40, 30, 160, 30, 160, 120, 40, 120));
-    auto analyzer = std::make_shared<LargeBlobCornerAnalyzer>();
-    BoundingCornerFactory factory{std::make_shared<OTSUEdgeExtractor>(), analyzer,
-                                  std::make_shared<StrictBoundinglineCornerEstimator>()};
-    BoundingEdgeRegistration search(std::make_shared<BoundingCornerFactory>(factory));
-    Corners corners;
-    EXPECT_EQ(search.implement_registration(photo, corners), -1);
-    EXPECT_GT(analyzer->passes, 1);
-    EXPECT_LT(analyzer->passes, 200);
-}
-
 TEST(BoundingEdgeRegistration, KernelAnalyzerIsSkippedAndCombinedChainsKeepTheLastTried) {
-    const common::BasicImage photo = page_photos::photo(200, 150, page_photos::quad(40, 30, 160, 30, 160, 120, 40, 120));
+    const common::BasicImage photo = support::photo(200, 150, support::quad(40, 30, 160, 30, 160, 120, 40, 120));
     auto kernel = std::make_shared<BoundingCornerFactory>(BoundingCornerFactory{
         std::make_shared<CannyEdgeExtractor>(), std::make_shared<KernelHoughEdgeAnalyzer>(),
         std::make_shared<StrictBoundinglineCornerEstimator>()});

@@ -1,23 +1,22 @@
 // Candidates competing for the four sides on small gray pages: the grey test,
-// one more line with its rollback, a fourth side built from three, and the
-// combination of candidate sets.
+// one more line with its rollback, small polygons kept as candidates, and the
+// filling of a slot from candidate lists.
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "boundary_scenes.h"
+#include "support/boundary_scenes.h"
 #include "common/basic_image.h"
 #include "cornersearch/bounding_line_array_wrapper.h"
 
 namespace {
 
-using boundary_scenes::make_boundary;
-using boundary_scenes::page_image;
-using boundary_scenes::place_rectangle;
-using boundary_scenes::Rectangle;
-using boundary_scenes::state_difference;
-using boundary_scenes::valid_slots;
+using support::make_boundary;
+using support::page_image;
+using support::place_rectangle;
+using support::Rectangle;
+using support::valid_slots;
 using geometric::BoundingLinePosition;
 using geometric_test::BoundingLine;
 using geometric_test::BoundingLineArrayWrapper;
@@ -57,19 +56,12 @@ const BoundingLinePosition kSides[4] = {geometric::LEFT_BOUNDARY, geometric::TOP
                                         geometric::BOTTOM_BOUNDARY};
 
 TEST_F(BoundaryUpdatingTest, GreyDisparityOfOneBoundary) {
-    struct Case {
-        BoundingLinePosition side;
-        int shift;
-        bool passes;
-        int disparity;
-    };
+    struct Case { BoundingLinePosition side; int shift; bool passes; int disparity; };
     const Case cases[] = {
-        {geometric::LEFT_BOUNDARY, 0, true, 170},   {geometric::TOP_BOUNDARY, 0, true, 170},
-        {geometric::RIGHT_BOUNDARY, 0, true, 170},  {geometric::BOTTOM_BOUNDARY, 0, true, 170},
-        {geometric::TOP_BOUNDARY, 3, true, 170},    {geometric::RIGHT_BOUNDARY, -3, true, 170},
-        {geometric::LEFT_BOUNDARY, 20, false, 0},   {geometric::TOP_BOUNDARY, 15, false, 0},  // on the dark side
-        {geometric::RIGHT_BOUNDARY, 20, false, 0},  {geometric::BOTTOM_BOUNDARY, 20, false, 0},
-        {geometric::BOTTOM_BOUNDARY, -40, false, 0},                                          // inside the page
+        {geometric::LEFT_BOUNDARY, 0, true, 170},      {geometric::BOTTOM_BOUNDARY, 0, true, 170},
+        {geometric::TOP_BOUNDARY, 3, true, 170},       {geometric::RIGHT_BOUNDARY, -3, true, 170},
+        {geometric::TOP_BOUNDARY, 15, false, 0},       {geometric::RIGHT_BOUNDARY, 20, false, 0},  // on the dark side
+        {geometric::BOTTOM_BOUNDARY, -40, false, 0},                                               // inside the page
         {geometric::LEFT_BOUNDARY, -120, false, -170},  // the right edge taken for the left: page outside
         {geometric::TOP_BOUNDARY, 25, true, 1000},      // 5 pixels from the image's edge: no samples
     };
@@ -131,170 +123,6 @@ TEST_F(BoundaryUpdatingTest, GreyTestOfASetClearsFailuresUnlessForgiven) {
     EXPECT_EQ(valid_slots(no_bottom), "LT--");
 }
 
-TEST_F(BoundaryUpdatingTest, FourthLineCompletesThreeOrIsRolledBackByteForByte) {
-    struct Case {
-        int shift;
-        bool completes;
-    };
-    // Right on the edge, 3 pixels out (slightly wrong), on the dark side, inside the page.
-    const Case cases[] = {{0, true}, {3, true}, {20, false}, {-40, false}};
-    for (BoundingLinePosition side : kSides) {
-        for (const Case& c : cases) {
-            BoundingLineArrayWrapper wrapper = page_array();
-            wrapper.boundaries[side].clear();
-            wrapper.confidences[0] = 42.0;
-            wrapper.gray_failures = 0.5f;
-            const BoundingLineArrayWrapper before = wrapper;
-            BoundingLine candidate = side_at(side, c.shift);
-            EXPECT_EQ(wrapper.update_with_potential_boundary(candidate, true), c.completes)
-                << "side " << side << " by " << c.shift;
-            if (c.completes) {
-                EXPECT_EQ(valid_slots(wrapper), "LTRB");
-                EXPECT_TRUE(wrapper.is_four_boundary_examined);
-                EXPECT_EQ(wrapper.confidences[0], 100.0);
-            } else {
-                EXPECT_EQ(state_difference(wrapper, before), "") << "side " << side << " by " << c.shift;
-            }
-        }
-    }
-}
-
-TEST_F(BoundaryUpdatingTest, CandidateThatCannotHelpChangesNothing) {
-    struct Case {
-        const char* what;
-        const char* slots;  // of the page kept before the candidate comes
-        BoundingLine candidate;
-    };
-    const Case cases[] = {
-        {"a side already held", "LTR-", side_at(geometric::TOP_BOUNDARY, 2)},
-        {"a single boundary held", "-T--", side_at(geometric::LEFT_BOUNDARY, 0)},
-        {"a third line on the dark side", "L-R-", side_at(geometric::TOP_BOUNDARY, 15)},
-    };
-    for (const Case& c : cases) {
-        BoundingLineArrayWrapper wrapper = page_array();
-        for (int k = 0; k < 4; ++k)
-            if (c.slots[k] == '-') wrapper.boundaries[k].clear();
-        const BoundingLineArrayWrapper before = wrapper;
-        BoundingLine candidate = c.candidate;
-        EXPECT_FALSE(wrapper.update_with_potential_boundary(candidate, false)) << c.what;
-        EXPECT_EQ(state_difference(wrapper, before), "") << c.what;
-    }
-    // A good third line that crosses the pair is kept, though the answer is false.
-    BoundingLineArrayWrapper pair = page_array();
-    pair.boundaries[geometric::TOP_BOUNDARY].clear();
-    pair.boundaries[geometric::BOTTOM_BOUNDARY].clear();
-    BoundingLine top = side_at(geometric::TOP_BOUNDARY, 0);
-    EXPECT_FALSE(pair.update_with_potential_boundary(top, false));
-    EXPECT_EQ(valid_slots(pair), "LTR-");
-    EXPECT_TRUE(pair.is_cross_boundaries_ready());
-    EXPECT_EQ(pair.confidences[0], 100.0);
-}
-
-TEST_F(BoundaryUpdatingTest, SingleBoundaryReadyWhenItsGreyStepIsClear) {
-    BoundingLineArrayWrapper lone(image);
-    lone.boundaries[geometric::RIGHT_BOUNDARY] = side_at(geometric::RIGHT_BOUNDARY, 0);
-    EXPECT_TRUE(lone.is_single_boundary_ready());
-    EXPECT_EQ(lone.boundaries[geometric::RIGHT_BOUNDARY].type, geometric::WEAK_BOUNDING_LINE);
-
-    BoundingLineArrayWrapper dark(image);
-    dark.boundaries[geometric::RIGHT_BOUNDARY] = side_at(geometric::RIGHT_BOUNDARY, 20);
-    EXPECT_FALSE(dark.is_single_boundary_ready());
-    EXPECT_EQ(dark.boundaries[geometric::RIGHT_BOUNDARY].type, geometric::REGULAR_BOUNDING_LINE);
-
-    BoundingLineArrayWrapper two = page_array();
-    two.boundaries[geometric::TOP_BOUNDARY].clear();
-    two.boundaries[geometric::BOTTOM_BOUNDARY].clear();
-    EXPECT_FALSE(two.is_single_boundary_ready());
-}
-
-TEST_F(BoundaryUpdatingTest, ThreeBoundariesYieldAWeakConstructedFourth) {
-    for (BoundingLinePosition side : kSides) {
-        BoundingLineArrayWrapper wrapper = page_array();
-        const BoundingLine expected = wrapper.boundaries[side];
-        wrapper.boundaries[side].clear();
-        ASSERT_TRUE(wrapper.update_with_three_available_boundaries()) << "missing " << side;
-        ASSERT_EQ(wrapper.boundaries.size(), 12u);
-        EXPECT_EQ(valid_slots(wrapper), "----");
-        // The three real lines as one set, the constructed one alone.
-        for (int k = 0; k < 4; ++k) {
-            EXPECT_EQ(wrapper.boundaries[4 + k].is_valid(), k != side) << k;
-            EXPECT_EQ(wrapper.boundaries[8 + k].is_valid(), k == side) << k;
-        }
-        const BoundingLine& built = wrapper.boundaries[8 + side];
-        EXPECT_EQ(built.type, geometric::WEAK_BOUNDING_LINE);
-        EXPECT_EQ(built.position, side);
-        EXPECT_EQ(built.points[0].x, expected.points[0].x);
-        EXPECT_EQ(built.points[1].y, expected.points[1].y);
-        EXPECT_EQ(wrapper.confidences.size(), 3u);
-        EXPECT_FLOAT_EQ(wrapper.vertices[8].x, 40.0f);
-    }
-}
-
-TEST_F(BoundaryUpdatingTest, ConstructedFourthNeedsAlikeNeighboursClosingOnTheOppositeSide) {
-    struct Case {
-        int left_bottom;   // y of the left's lower end
-        int right_bottom;  // y of the right's lower end
-        bool built;
-    };
-    // Top missing: q = left / right length, gaps measured at the bottom.
-    const Case cases[] = {
-        {130, 121, true},   // q 100/91 = 1.099, gap 9
-        {130, 120, false},  // q 100/90 = 1.111
-        {120, 130, true},   // q 0.9 exactly, gap 10: both at their limits
-        {119, 130, false},  // gap 11
-    };
-    for (const Case& c : cases) {
-        BoundingLineArrayWrapper wrapper = page_array();
-        wrapper.boundaries[geometric::TOP_BOUNDARY].clear();
-        wrapper.boundaries[geometric::LEFT_BOUNDARY] = make_boundary(geometric::LEFT_BOUNDARY, 40, 30, 40, c.left_bottom);
-        wrapper.boundaries[geometric::RIGHT_BOUNDARY] =
-            make_boundary(geometric::RIGHT_BOUNDARY, 160, 30, 160, c.right_bottom);
-        const BoundingLineArrayWrapper before = wrapper;
-        EXPECT_EQ(wrapper.update_with_three_available_boundaries(), c.built) << c.left_bottom << " " << c.right_bottom;
-        if (!c.built) {
-            EXPECT_EQ(state_difference(wrapper, before), "");
-        }
-    }
-    // Neighbours that stop inside the page give a top across bright paper: the grey test refuses it.
-    BoundingLineArrayWrapper inner = page_array();
-    inner.boundaries[geometric::TOP_BOUNDARY].clear();
-    inner.boundaries[geometric::LEFT_BOUNDARY] = make_boundary(geometric::LEFT_BOUNDARY, 40, 60, 40, 130);
-    inner.boundaries[geometric::RIGHT_BOUNDARY] = make_boundary(geometric::RIGHT_BOUNDARY, 160, 60, 160, 130);
-    const BoundingLineArrayWrapper before = inner;
-    EXPECT_FALSE(inner.update_with_three_available_boundaries());
-    EXPECT_EQ(state_difference(inner, before), "");
-}
-
-TEST_F(BoundaryUpdatingTest, SmallPolygonIsKeptAsACandidateWithItsConfidence) {
-    const Rectangle small{60, 50, 110, 90};  // 50 x 40: 6% of the image
-    const common::BasicImage small_page = page_image(kWidth, kHeight, small);
-    BoundingLineArrayWrapper wrapper(small_page);
-    place_rectangle(wrapper, small);
-    wrapper.boundaries[geometric::TOP_BOUNDARY].points[0].x = 35;  // 25 beyond the vertex: confidence 50
-
-    BoundingLineArrayWrapper not_kept = wrapper;
-    EXPECT_TRUE(not_kept.is_four_boundaries_ready(false, false));
-    EXPECT_EQ(not_kept.confidences, std::vector<double>({50.0}));
-
-    EXPECT_FALSE(wrapper.is_four_boundaries_ready(true, false));
-    EXPECT_EQ(valid_slots(wrapper), "----");
-    ASSERT_EQ(wrapper.boundaries.size(), 8u);
-    for (int k = 0; k < 4; ++k) EXPECT_TRUE(wrapper.boundaries[4 + k].is_valid());
-    EXPECT_EQ(wrapper.confidences, std::vector<double>({50.0, 50.0}));
-    ASSERT_EQ(wrapper.vertices.size(), 8u);
-    EXPECT_FLOAT_EQ(wrapper.vertices[6].x, 110.0f);
-    EXPECT_FLOAT_EQ(wrapper.vertices[6].y, 90.0f);
-
-    // The stored set is found again and restored with its confidence.
-    std::vector<int> starts;
-    ASSERT_TRUE(wrapper.is_small_polygon_candiate_boundary_available(starts));
-    EXPECT_EQ(starts, std::vector<int>({4}));
-    wrapper.confidences[0] = 100.0;
-    EXPECT_EQ(wrapper.replace_with_small_polygon_candiate_boundary(starts), 7);
-    EXPECT_EQ(valid_slots(wrapper), "LTRB");
-    EXPECT_EQ(wrapper.confidences[0], 50.0);
-}
-
 TEST_F(BoundaryUpdatingTest, LargestSmallPolygonCandidateWins) {
     BoundingLineArrayWrapper wrapper(image);
     const Rectangle sets[] = {{60, 50, 100, 80}, {50, 40, 120, 100}, {60, 50, 100, 80}};
@@ -317,34 +145,6 @@ TEST_F(BoundaryUpdatingTest, LargestSmallPolygonCandidateWins) {
     EXPECT_EQ(wrapper.boundaries[geometric::RIGHT_BOUNDARY].points[0].x, 120);
     EXPECT_FLOAT_EQ(wrapper.vertices[2].y, 100.0f);
     EXPECT_EQ(wrapper.replace_with_small_polygon_candiate_boundary({}), -1);
-}
-
-TEST_F(BoundaryUpdatingTest, ReplacementRuleForAnOccupiedSlot) {
-    struct Case {
-        BoundingLine line;
-        bool replaces;
-        const char* why;
-    };
-    // The occupant: top at y 30 from x 40 to 160 (120 long).
-    const Case cases[] = {
-        {make_boundary(geometric::TOP_BOUNDARY, 30, 28, 170, 28), true, "outer and longer"},
-        {make_boundary(geometric::TOP_BOUNDARY, 50, 28, 150, 28), true, "outer, shorter, parallel"},
-        {make_boundary(geometric::TOP_BOUNDARY, 50, 20, 140, 28), false, "outer, much shorter, slanted"},
-        {make_boundary(geometric::TOP_BOUNDARY, 45, 20, 155, 28), true, "outer, shorter by under 1.2, slanted"},
-        {make_boundary(geometric::TOP_BOUNDARY, 0, 60, 199, 60), true, "inner, 1.66 longer, 30 in"},
-        {make_boundary(geometric::TOP_BOUNDARY, 10, 60, 190, 60), false, "inner, 1.5 longer exactly"},
-        {make_boundary(geometric::TOP_BOUNDARY, 0, 131, 199, 131), false, "inner by 101"},
-        {make_boundary(geometric::TOP_BOUNDARY, 45, 40, 155, 40), false, "inner and shorter"},
-    };
-    for (const Case& c : cases) {
-        BoundingLineArrayWrapper wrapper = page_array();
-        EXPECT_EQ(wrapper.place_boundary(c.line), c.replaces) << c.why;
-        const BoundingLine& top = wrapper.boundaries[geometric::TOP_BOUNDARY];
-        EXPECT_EQ(top.points[0].x, c.replaces ? c.line.points[0].x : 40) << c.why;
-    }
-    BoundingLineArrayWrapper empty(image);
-    EXPECT_TRUE(empty.place_boundary(side_at(geometric::LEFT_BOUNDARY, 50)));
-    EXPECT_EQ(valid_slots(empty), "L---");
 }
 
 TEST_F(BoundaryUpdatingTest, CandidateListsFillASlotSkippingWeakLines) {
@@ -382,10 +182,7 @@ TEST_F(BoundaryUpdatingTest, CandidateListsFillASlotSkippingWeakLines) {
     opposite = {right};
     wrapper.update_with_candiate_boundaries(untouched, geometric::LEFT_BOUNDARY, own, opposite);
     EXPECT_EQ(untouched.points[0].x, 37);
-    struct Case {
-        std::vector<BoundingLine> opposite;
-        int x;  // of the line the slot takes
-    };
+    struct Case { std::vector<BoundingLine> opposite; int x; };  // x of the line the slot takes
     const Case cases[] = {
         {{right_outer, right}, 160},
         {{right_outer, right_weak}, 150},          // one regular line before it: the weak one is kept
@@ -397,74 +194,6 @@ TEST_F(BoundaryUpdatingTest, CandidateListsFillASlotSkippingWeakLines) {
         EXPECT_EQ(slot.points[0].x, c.x);
         EXPECT_EQ(slot.position, geometric::RIGHT_BOUNDARY);  // repaired by the combination
     }
-}
-
-// Candidate sets as the blob stages leave them: each a partial page.
-void keep_set(BoundingLineArrayWrapper& wrapper, const std::vector<BoundingLine>& lines) {
-    for (const BoundingLine& line : lines) wrapper.boundaries[line.position] = line;
-    wrapper.keep_as_candidate_boundaries();
-}
-
-TEST_F(BoundaryUpdatingTest, CandidateSetsCombineIntoTheOutermostFour) {
-    BoundingLineArrayWrapper wrapper(image);
-    keep_set(wrapper, {side_at(geometric::LEFT_BOUNDARY, 0), side_at(geometric::TOP_BOUNDARY, 0),
-                       side_at(geometric::RIGHT_BOUNDARY, -10)});
-    keep_set(wrapper, {side_at(geometric::RIGHT_BOUNDARY, 0), side_at(geometric::BOTTOM_BOUNDARY, 0),
-                       side_at(geometric::LEFT_BOUNDARY, -20)});
-    // A left on the image's border and an inner top.
-    keep_set(wrapper, {make_boundary(geometric::LEFT_BOUNDARY, 0, 20, 0, 140), side_at(geometric::TOP_BOUNDARY, -20)});
-    BoundingLineArrayWrapper twice = wrapper;
-
-    ASSERT_TRUE(wrapper.combine_multiple_candidate_boundaries());
-    EXPECT_EQ(valid_slots(wrapper), "LTRB");
-    EXPECT_EQ(wrapper.boundaries[geometric::LEFT_BOUNDARY].points[0].x, 40);
-    EXPECT_EQ(wrapper.boundaries[geometric::TOP_BOUNDARY].points[0].y, 30);
-    EXPECT_EQ(wrapper.boundaries[geometric::RIGHT_BOUNDARY].points[0].x, 160);
-    EXPECT_EQ(wrapper.boundaries[geometric::BOTTOM_BOUNDARY].points[0].y, 130);
-    EXPECT_FLOAT_EQ(wrapper.vertices[2].x, 160.0f);
-
-    // The same input gives the same bytes.
-    ASSERT_TRUE(twice.combine_multiple_candidate_boundaries());
-    EXPECT_EQ(state_difference(wrapper, twice), "");
-}
-
-TEST_F(BoundaryUpdatingTest, BorderLeftIsNeverUsedAndAStandInTooNearIsDropped) {
-    BoundingLineArrayWrapper wrapper(image);
-    keep_set(wrapper, {make_boundary(geometric::LEFT_BOUNDARY, 0, 20, 0, 140), side_at(geometric::TOP_BOUNDARY, 0),
-                       side_at(geometric::RIGHT_BOUNDARY, 0)});
-    keep_set(wrapper, {side_at(geometric::RIGHT_BOUNDARY, -10), side_at(geometric::BOTTOM_BOUNDARY, 0)});
-    keep_set(wrapper, {side_at(geometric::TOP_BOUNDARY, -3)});
-    // No left of its own: the innermost right (x 150) stands in, lies 10 from
-    // the right's middle, under a tenth of the width, and is dropped.
-    EXPECT_FALSE(wrapper.combine_multiple_candidate_boundaries());
-    EXPECT_EQ(valid_slots(wrapper), "-TRB");
-    EXPECT_EQ(wrapper.boundaries[geometric::RIGHT_BOUNDARY].points[0].x, 160);
-}
-
-TEST_F(BoundaryUpdatingTest, FewerThanTwelveEntriesTakeTheFullerSet) {
-    BoundingLineArrayWrapper wrapper(image);
-    keep_set(wrapper, {side_at(geometric::LEFT_BOUNDARY, 0), side_at(geometric::TOP_BOUNDARY, 0)});
-    wrapper.boundaries[geometric::BOTTOM_BOUNDARY] = side_at(geometric::BOTTOM_BOUNDARY, 0);
-    EXPECT_FALSE(wrapper.combine_multiple_candidate_boundaries());
-    EXPECT_EQ(valid_slots(wrapper), "LT--");
-
-    // The current set wins a tie.
-    BoundingLineArrayWrapper tie(image);
-    keep_set(tie, {side_at(geometric::RIGHT_BOUNDARY, 0)});
-    tie.boundaries[geometric::BOTTOM_BOUNDARY] = side_at(geometric::BOTTOM_BOUNDARY, 0);
-    EXPECT_FALSE(tie.combine_multiple_candidate_boundaries());
-    EXPECT_EQ(valid_slots(tie), "---B");
-
-    // A previous stage's slots count as one more set.
-    auto previous = std::make_shared<BoundingLineArrayWrapper>(image);
-    previous->boundaries[geometric::LEFT_BOUNDARY] = side_at(geometric::LEFT_BOUNDARY, 0);
-    previous->boundaries[geometric::BOTTOM_BOUNDARY] = side_at(geometric::BOTTOM_BOUNDARY, 0);
-    BoundingLineArrayWrapper later(image);
-    later.previous_wrapper = previous;
-    keep_set(later, {side_at(geometric::TOP_BOUNDARY, 0), side_at(geometric::RIGHT_BOUNDARY, 0)});
-    EXPECT_TRUE(later.combine_multiple_candidate_boundaries());
-    EXPECT_EQ(valid_slots(later), "LTRB");
-    EXPECT_EQ(later.boundaries.size(), 12u);
 }
 
 }  // namespace

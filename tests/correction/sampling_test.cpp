@@ -1,11 +1,15 @@
-// The samplers: their stated properties, the wrap-around of the cubic and
-// the failure of an empty sampler.
+// The samplers: what each kind of pixel is sampled with, the wrap-around of the cubic and
+// the failure of an empty sampler; the colour space conversion and its inverse.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <stdexcept>
 #include <string>
 
+#include "common/basic_image.h"
+#include "correction/color_transform.h"
 #include "correction/sampling.h"
+#include "support/errors.h"
 
 namespace {
 
@@ -25,32 +29,8 @@ TEST(Sampling, UnknownMethodLeavesAnEmptySamplerThatThrows) {
     ASSERT_TRUE(sampling.get_sampler().empty());
     unsigned char pixel[4] = {1, 2, 3, 4};
     unsigned char output = 0;
-    try {
-        sampling.get_sampler()(pixel, 0.0f, 0.0f, &output);
-        FAIL() << "an empty sampler must throw";
-    } catch (const std::runtime_error& error) {
-        EXPECT_EQ(std::string(error.what()), "call to empty boost::function");
-    }
-}
-
-TEST(Sampling, ZeroFractionReturnsTheSourcePixel) {
-    Patch gray{{}, 1};
-    Patch rgb{{}, 3};
-    for (int i = 0; i < 64; ++i) gray.bytes[i] = rgb.bytes[i] = static_cast<unsigned char>(37 * i + 11);
-    const Sampling linear(common::GRAY, 4, geometric::INTERPOLATION_LINEAR);
-    const Sampling bicubic(common::GRAY, 4, geometric::INTERPOLATION_BICUBIC);
-    const Sampling nearest(common::GRAY, 4, geometric::INTERPOLATION_NEAREST);
-    const Sampling color_linear(common::RGB, 4, geometric::INTERPOLATION_COLOR_LINEAR);
-    unsigned char out[3] = {0, 0, 0};
-    for (const Sampling* gray_sampler : {&linear, &bicubic}) {
-        gray_sampler->get_sampler()(gray.at(1, 1), 0.0f, 0.0f, out);
-        EXPECT_EQ(out[0], *gray.at(1, 1));
-    }
-    color_linear.get_sampler()(rgb.at(1, 1), 0.0f, 0.0f, out);
-    for (int c = 0; c < 3; ++c) EXPECT_EQ(out[c], rgb.at(1, 1)[c]);
-    // Nearest takes the integer part however close the next pixel is.
-    nearest.get_sampler()(gray.at(1, 1), 0.999f, 0.999f, out);
-    EXPECT_EQ(out[0], *gray.at(1, 1));
+    EXPECT_EQ(support::thrown_text<std::runtime_error>([&] { sampling.get_sampler()(pixel, 0.0f, 0.0f, &output); }),
+              "call to empty boost::function");
 }
 
 TEST(Sampling, LinearCutsEachStepTowardZero) {
@@ -65,21 +45,6 @@ TEST(Sampling, LinearCutsEachStepTowardZero) {
     EXPECT_EQ(out, 22);  // (15 + 30) / 2 = 22.5 -> 22, not 23 from the unrounded 23.0
     linear.get_sampler()(gray.at(1, 1), 0.5f, 0.0f, &out);
     EXPECT_EQ(out, 15);
-}
-
-TEST(Sampling, ColorWithNeutralDifferencesReturnsLuminanceInEveryChannel) {
-    const Sampling color(common::RGB, 4, geometric::INTERPOLATION_COLOR);
-    for (int luminance : {0, 1, 77, 128, 254, 255}) {
-        Patch yuv{{}, 3};
-        for (int i = 0; i < 16; ++i) {
-            yuv.bytes[3 * i] = static_cast<unsigned char>(luminance);
-            yuv.bytes[3 * i + 1] = 128;
-            yuv.bytes[3 * i + 2] = 128;
-        }
-        unsigned char out[3] = {1, 2, 3};
-        color.get_sampler()(yuv.at(1, 1), 0.25f, 0.75f, out);
-        for (int c = 0; c < 3; ++c) EXPECT_EQ(out[c], luminance) << "channel " << c;
-    }
 }
 
 TEST(Sampling, ColorClampsEachChannel) {
@@ -120,15 +85,27 @@ TEST(Sampling, BicubicWrapsAroundOnAnOvershootingStep) {
     }
 }
 
-TEST(Sampling, LinearOnFourBytePixelsWritesTheFirstChannelOnly) {
-    Patch bgra{{}, 4};
-    for (int i = 0; i < 64; ++i) bgra.bytes[i] = static_cast<unsigned char>(i);
-    const Sampling linear(common::BGRA, 4, geometric::INTERPOLATION_LINEAR);
-    unsigned char out[4] = {9, 9, 9, 9};
-    linear.get_sampler()(bgra.at(1, 1), 0.5f, 0.0f, out);
-    EXPECT_EQ(out[0], (bgra.at(1, 1)[0] + bgra.at(2, 1)[0]) / 2);
-    EXPECT_EQ(out[1], 9);
-    EXPECT_EQ(out[3], 9);
+TEST(ColorTransform, GrayColoursHaveNeutralDifferences) {
+    common::BasicImage image(1, 3, common::RGB);
+    const int levels[3] = {0, 100, 255};
+    for (int x = 0; x < 3; ++x) image.set_pixel(x, 0, levels[x] * 0x010101u);
+    geometric::ColorTransform(geometric::ColorTransform::RGB_TO_YUV).color_transform(image);
+    for (int x = 0; x < 3; ++x) EXPECT_EQ(image.get_pixel(x, 0), (levels[x] << 16) | 0x8080u) << levels[x];
+}
+
+TEST(ColorTransform, RoundTripStaysWithinThreeLevels) {
+    common::BasicImage image(1, 6, common::RGB);
+    const unsigned colours[6] = {0xff0000u, 0x00ff00u, 0x0000ffu, 0x123456u, 0xfedcbau, 0x808080u};
+    for (int x = 0; x < 6; ++x) image.set_pixel(x, 0, colours[x]);
+    // Both directions cut toward zero, so the errors add up.
+    geometric::ColorTransform(geometric::ColorTransform::RGB_TO_YUV).color_transform(image);
+    geometric::ColorTransform(geometric::ColorTransform::YUV_TO_RGB).color_transform(image);
+    for (int x = 0; x < 6; ++x)
+        for (int shift = 0; shift <= 16; shift += 8) {
+            const int want = static_cast<int>((colours[x] >> shift) & 0xff);
+            const int got = static_cast<int>((image.get_pixel(x, 0) >> shift) & 0xff);
+            EXPECT_LE(std::abs(want - got), 3) << std::hex << colours[x] << " shift " << std::dec << shift;
+        }
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // The warp against plain per-pixel versions of its mapping on random quads:
-// the stated incremental evaluation with floor must agree bit for bit; the
+// the incremental evaluation with floor, the warp's own order of sums, must agree bit for bit; the
 // direct formula may differ only where accumulation moves a floor.
 #include <gtest/gtest.h>
 
@@ -8,12 +8,12 @@
 #include <random>
 
 #include "correction/projective_correction.h"
-#include "warp_test_images.h"
+#include "support/images.h"
 
 namespace {
 
 using geometric::ProjectiveCorrection;
-using warp_test::Corners;
+using support::Corners;
 
 struct Position {
     double x, y;
@@ -25,7 +25,7 @@ Position direct_position(const geometric::ProjectiveWarpCoefficients& k, int u, 
     return {(k.x0 + k.a * u / width + k.b * v / height) / w, (k.y0 + k.d * u / width + k.e * v / height) / w};
 }
 
-// The warp as stated, one pixel at a time: incremental numerators and
+// The warp one pixel at a time, in its own order of sums: incremental numerators and
 // denominator, std::floor, the sampler's member function called directly.
 template <typename PositionOf>
 void reference_warp(const common::BasicImage& input, common::BasicImage& output, const geometric::Sampling& sampling,
@@ -64,7 +64,7 @@ std::vector<Corners> random_quads(unsigned seed, int count) {
     auto offset = [&random](int range) { return static_cast<float>(static_cast<int>(random() % (2 * range + 1)) - range); };
     std::vector<Corners> quads;
     for (int i = 0; i < count; ++i) {
-        Corners c = warp_test::corners(4 + offset(12), 3 + offset(10), 60 + offset(12), 4 + offset(10),
+        Corners c = support::corners(4 + offset(12), 3 + offset(10), 60 + offset(12), 4 + offset(10),
                                        58 + offset(12), 45 + offset(10), 5 + offset(12), 44 + offset(10));
         if (i % 3 == 0) {
             c[2].x = c[1].x + c[3].x - c[0].x;
@@ -88,7 +88,7 @@ TEST_P(WarpReference, FastWarpMatchesTheStatedIncrementalEvaluation) {
     const unsigned char fill[4] = {3, 5, 7, 9};
     int quad_index = 0;
     for (const Corners& corners : random_quads(2024, 60)) {
-        common::BasicImage input = warp_test::noise_image(64, 48, type, 100 + static_cast<unsigned>(quad_index++));
+        common::BasicImage input = support::noise_image(48, 64, 100 + static_cast<unsigned>(quad_index++), type);
         common::BasicImage output;
         ProjectiveCorrection correction(&input, &output);
         correction.set_filling_mode(0);
@@ -100,7 +100,7 @@ TEST_P(WarpReference, FastWarpMatchesTheStatedIncrementalEvaluation) {
         const int width = output.get_width(), height = output.get_height();
         common::BasicImage expected(height, width, type);
         const geometric::Sampling sampling(type, 64, correction.get_para().interpolation);
-        // Incremental, exactly as stated: row bases, then column steps.
+        // Incremental, as the warp accumulates: row bases, then column steps.
         std::vector<Position> positions(static_cast<size_t>(width * height));
         double bx = k.x0, by = k.y0, bw = 1.0;
         for (int v = 0; v < height; ++v) {
@@ -117,7 +117,7 @@ TEST_P(WarpReference, FastWarpMatchesTheStatedIncrementalEvaluation) {
         }
         reference_warp(input, expected, sampling, correction.get_para().interpolation, fill,
                        [&](int u, int v) { return positions[static_cast<size_t>(v * width + u)]; });
-        ASSERT_TRUE(warp_test::same_bytes(output, expected)) << "quad " << quad_index;
+        ASSERT_TRUE(support::same_bytes(output, expected)) << "quad " << quad_index;
 
         // The direct formula: a difference must sit where a floor is within
         // rounding of an integer, and such places are rare.
@@ -154,17 +154,17 @@ TEST(WarpChecksum, FixedPerspectiveWarpsKeepTheirBytes) {
         {common::BINARY, 14159402824799689663ull},
     };
     for (const Case& c : cases) {
-        const common::BasicImage source = warp_test::noise_image(300, 220, c.type, 99);
+        const common::BasicImage source = support::noise_image(220, 300, 99, c.type);
         auto warp = [&source] {  // a fresh input each run: the binary path converts it
             common::BasicImage input(source), output;
             ProjectiveCorrection correction(&input, &output);
-            correction.set_control_points(warp_test::corners(21.5f, 12, 281, 30, 268, 215.25f, -9, 190));
+            correction.set_control_points(support::corners(21.5f, 12, 281, 30, 268, 215.25f, -9, 190));
             correction.run_correction();
             return output;
         };
         const common::BasicImage first = warp(), second = warp();
-        EXPECT_TRUE(warp_test::same_bytes(first, second)) << c.type;
-        EXPECT_EQ(warp_test::checksum(first), c.checksum) << c.type;
+        EXPECT_TRUE(support::same_bytes(first, second)) << c.type;
+        EXPECT_EQ(support::checksum(first), c.checksum) << c.type;
     }
 }
 

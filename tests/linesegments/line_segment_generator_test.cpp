@@ -9,14 +9,14 @@
 #include <thread>
 
 #include "linesegments/angle_tools.h"
-#include "scenes.h"
+#include "support/segment_scenes.h"
 
 using geometric::LineSegmentGenerator;
 using geometric::LineSegmentRect;
 
 namespace {
 
-std::vector<LineSegmentRect> detect(scenes::Gray& image, const LineSegmentGenerator& generator) {
+std::vector<LineSegmentRect> detect(support::Gray& image, const LineSegmentGenerator& generator) {
     std::vector<LineSegmentRect> segments;
     generator.generate_line_segments(image.view(), segments);
     return segments;
@@ -35,21 +35,16 @@ bool same_bytes(const std::vector<LineSegmentRect>& a, const std::vector<LineSeg
 
 }  // namespace
 
-static_assert(sizeof(LineSegmentRect) == 12 * sizeof(double), "twelve doubles, nothing else");
-static_assert(offsetof(LineSegmentRect, width) == 4 * sizeof(double), "width is the fifth field");
-static_assert(offsetof(LineSegmentRect, p) == 9 * sizeof(double), "p is the tenth field");
-static_assert(offsetof(LineSegmentRect, log_nfa) == 11 * sizeof(double), "log_nfa is the twelfth field");
-
 // Uniform images, and images too small for a gradient, at both scale paths.
 TEST(LineSegmentGenerator, UniformOrTinyImagesHaveNoSegments) {
     for (double scale : {1.0, 0.8}) {
         for (unsigned char value : {0, 128, 255}) {
-            scenes::Gray image(64, 48, value);
+            support::Gray image(64, 48, value);
             EXPECT_TRUE(detect(image, with(scale, true)).empty()) << int(value) << " at " << scale;
         }
         for (int w : {1, 2})
             for (int h : {1, 2}) {
-                scenes::Gray image(w, h, 0);
+                support::Gray image(w, h, 0);
                 image.at(0, 0) = 255;
                 EXPECT_TRUE(detect(image, with(scale, true)).empty()) << w << "x" << h << " at " << scale;
             }
@@ -57,16 +52,16 @@ TEST(LineSegmentGenerator, UniformOrTinyImagesHaveNoSegments) {
 }
 
 TEST(LineSegmentGenerator, ABrightBarGivesItsTwoLongEdgesRunningWithTheBrightSideOnTheLeft) {
-    scenes::Gray image(200, 120, 30);
+    support::Gray image(200, 120, 30);
     image.fill(20, 50, 180, 62, 220);  // rows 50..61 bright: edges between rows 49|50 and 61|62
     for (double scale : {1.0, 0.8}) {
         const auto segments = detect(image, with(scale, true));
-        const LineSegmentRect* top = scenes::longest_on_line(segments, 0, 49.5, 200, 49.5, 1.5);
-        const LineSegmentRect* bottom = scenes::longest_on_line(segments, 0, 61.5, 200, 61.5, 1.5);
+        const LineSegmentRect* top = support::longest_on_line(segments, 0, 49.5, 200, 49.5, 1.5);
+        const LineSegmentRect* bottom = support::longest_on_line(segments, 0, 61.5, 200, 61.5, 1.5);
         ASSERT_NE(top, nullptr) << scale;
         ASSERT_NE(bottom, nullptr) << scale;
-        EXPECT_GT(scenes::length_of(*top), 150.0) << scale;
-        EXPECT_GT(scenes::length_of(*bottom), 150.0) << scale;
+        EXPECT_GT(support::length_of(*top), 150.0) << scale;
+        EXPECT_GT(support::length_of(*bottom), 150.0) << scale;
         // Bright below the top edge: walking right to left keeps it on the left on screen.
         EXPECT_GT(top->x1, top->x2);
         EXPECT_LT(bottom->x1, bottom->x2);
@@ -77,33 +72,14 @@ TEST(LineSegmentGenerator, ABrightBarGivesItsTwoLongEdgesRunningWithTheBrightSid
     }
 }
 
-TEST(LineSegmentGenerator, ADarkRectangleGivesItsFourSidesWithEndsNearTheCorners) {
-    scenes::Gray image(220, 160, 240);
-    image.fill(40, 30, 180, 130, 20);  // corners at (39.5, 29.5) and (179.5, 129.5) between pixels
-    const double left = 39.5, right = 179.5, top = 29.5, bottom = 129.5;
-    const double sides[4][4] = {{left, top, right, top}, {right, top, right, bottom},
-                                {right, bottom, left, bottom}, {left, bottom, left, top}};
-    for (bool link : {true, false}) {
-        const auto segments = detect(image, with(0.8, link));
-        for (const auto& side : sides) {
-            const LineSegmentRect* s = scenes::longest_on_line(segments, side[0], side[1], side[2], side[3], 1.5);
-            ASSERT_NE(s, nullptr) << side[0] << "," << side[1] << " link " << link;
-            // Ends within two pixels of the side's corners, in either order.
-            const double a = std::hypot(s->x1 - side[0], s->y1 - side[1]) + std::hypot(s->x2 - side[2], s->y2 - side[3]);
-            const double b = std::hypot(s->x1 - side[2], s->y1 - side[3]) + std::hypot(s->x2 - side[0], s->y2 - side[1]);
-            EXPECT_LT(std::min(a, b), 4.0) << side[0] << "," << side[1] << " link " << link;
-        }
-    }
-}
-
 TEST(LineSegmentGenerator, ARotatedRectangleGivesFourSidesAtItsAngles) {
-    scenes::Gray image(240, 240, 200);
+    support::Gray image(240, 240, 200);
     const double angle = 30.0 * constants::kPi / 180.0;
     image.fill_rotated(120, 120, 140, 80, angle, 50);
     const auto segments = detect(image, LineSegmentGenerator());
     int found[4] = {0, 0, 0, 0};
     for (const auto& s : segments) {
-        if (scenes::length_of(s) < 40.0) continue;
+        if (support::length_of(s) < 40.0) continue;
         const double direction = std::atan2(s.y2 - s.y1, s.x2 - s.x1);
         for (int k = 0; k < 4; ++k) {
             const double expected = angle + k * constants::kPi / 2;
@@ -113,20 +89,11 @@ TEST(LineSegmentGenerator, ARotatedRectangleGivesFourSidesAtItsAngles) {
     for (int k = 0; k < 4; ++k) EXPECT_EQ(found[k], 1) << "side at " << 30 + 90 * k << " degrees";
 }
 
-TEST(LineSegmentGenerator, NoiseGivesAlmostNothing) {
-    for (std::uint32_t seed : {1u, 2u, 3u}) {
-        scenes::Gray image(256, 256, 0);
-        image.noise(seed);
-        EXPECT_LE(detect(image, with(1.0, false)).size(), 2u) << seed;
-        EXPECT_LE(detect(image, LineSegmentGenerator()).size(), 2u) << seed;
-    }
-}
-
 namespace {
 
 // A dark horizontal line, 4 pixels thick, broken by a short bright gap.
-scenes::Gray broken_line(int gap) {
-    scenes::Gray image(240, 80, 230);
+support::Gray broken_line(int gap) {
+    support::Gray image(240, 80, 230);
     image.fill(10, 38, 230, 42, 25);
     image.fill(120, 38, 120 + gap, 42, 230);
     return image;
@@ -135,63 +102,26 @@ scenes::Gray broken_line(int gap) {
 }  // namespace
 
 TEST(LineSegmentGenerator, TheLinkingPassJoinsAnEdgeBrokenByASmallGap) {
-    scenes::Gray image = broken_line(2);
+    support::Gray image = broken_line(2);
     const auto pieces = detect(image, with(1.0, false));
     const auto joined = detect(image, with(1.0, true));
     auto long_on_top = [](const std::vector<LineSegmentRect>& segments) {
         int count = 0;
         for (const auto& s : segments)
-            if (scenes::line_distance(s.x1, s.y1, 0, 37.5, 1, 37.5) < 1.5 && scenes::length_of(s) > 50) ++count;
+            if (support::line_distance(s.x1, s.y1, 0, 37.5, 1, 37.5) < 1.5 && support::length_of(s) > 50) ++count;
         return count;
     };
     EXPECT_EQ(long_on_top(pieces), 2);
     EXPECT_EQ(long_on_top(joined), 1);
-    const LineSegmentRect* whole = scenes::longest_on_line(joined, 0, 37.5, 1, 37.5, 1.5);
+    const LineSegmentRect* whole = support::longest_on_line(joined, 0, 37.5, 1, 37.5, 1.5);
     ASSERT_NE(whole, nullptr);
-    EXPECT_GT(scenes::length_of(*whole), 200.0);
+    EXPECT_GT(support::length_of(*whole), 200.0);
     // At scale 1.0 nothing recomputes the length of a linked group.
     EXPECT_EQ(whole->length, 0.0);
 }
 
-TEST(LineSegmentGenerator, ScaleDividesEndsAndRecomputesLength) {
-    scenes::Gray image = broken_line(2);
-    for (double scale : {0.8, 0.5}) {
-        const auto unlinked = detect(image, with(scale, false));
-        ASSERT_FALSE(unlinked.empty());
-        for (const auto& s : unlinked) {
-            // Cut to whole pixels of the scaled image, then divided by the scale.
-            for (double v : {s.x1, s.y1, s.x2, s.y2}) EXPECT_NEAR(v * scale, std::round(v * scale), 1e-9);
-            EXPECT_DOUBLE_EQ(s.length, scenes::length_of(s));
-        }
-        const auto linked = detect(image, with(scale, true));
-        const LineSegmentRect* whole = scenes::longest_on_line(linked, 0, 37.5, 1, 37.5, 2.0);
-        ASSERT_NE(whole, nullptr);
-        EXPECT_DOUBLE_EQ(whole->length, scenes::length_of(*whole));
-        EXPECT_GT(whole->length, 200.0);
-    }
-}
-
-TEST(LineSegmentGenerator, WithoutLinkingEachSegmentKeepsItsLengthAndScoreAndIsAppended) {
-    scenes::Gray image(120, 90, 20);
-    image.fill(30, 20, 90, 70, 200);
-    std::vector<LineSegmentRect> segments(1);
-    segments[0].log_nfa = -7.0;
-    with(1.0, false).generate_line_segments(image.view(), segments);
-    ASSERT_EQ(segments.size(), 5u);
-    EXPECT_EQ(segments[0].log_nfa, -7.0);  // the caller's list is appended to
-    for (size_t i = 1; i < segments.size(); ++i) {
-        const LineSegmentRect& s = segments[i];
-        EXPECT_GT(s.length, 40.0);
-        EXPECT_GT(s.log_nfa, 0.0);
-        EXPECT_DOUBLE_EQ(s.p, 22.5 / 180.0);
-        // Ends are whole pixels; the length is that of the ends before the cut.
-        EXPECT_EQ(s.x1, std::trunc(s.x1));
-        EXPECT_NEAR(s.length, scenes::length_of(s), 1.5);
-    }
-}
-
 TEST(LineSegmentGenerator, RunsAreRepeatableAcrossCallsAndThreads) {
-    scenes::Gray image(300, 200, 0);
+    support::Gray image(300, 200, 0);
     image.noise(7);
     image.fill(50, 40, 250, 160, 255);
     image.fill_rotated(150, 100, 120, 50, 0.4, 0);

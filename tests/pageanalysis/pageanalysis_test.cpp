@@ -9,14 +9,14 @@
 #include "pageanalysis/apriori_pageanalysis.h"
 #include "pageanalysis/area_page_analysis.h"
 #include "pageanalysis/area_pageanalysis.h"
-#include "pageanalysis/blob_scenes.h"
-#include "pageanalysis/text_pages.h"
+#include "support/blob_scenes.h"
+#include "support/text_pages.h"
 
 namespace {
 
 using geometric::Geobox;
-using test_support::TextPage;
-using test_support::TextPageSpec;
+using support::TextPage;
+using support::TextPageSpec;
 
 // Dots per inch of body text whose boxes are `height` rows high.
 int resolution_of(int height) { return static_cast<int>(300.0f * (static_cast<float>(height) / 22.0f)); }
@@ -50,7 +50,7 @@ bool same_pixels(const common::BasicImage& a, const common::BasicImage& b) {
 TEST(AprioriPageanalysis, ResolutionOfAPageFollowsItsBodySize) {
     for (const int body : {11, 22, 44}) {
         SCOPED_TRACE(body);
-        const TextPage page = test_support::make_text_page(body_page(body));
+        const TextPage page = support::make_text_page(body_page(body));
         geometric::AprioriPageanalysis analysis(&page.gray, nullptr);
         ASSERT_TRUE(analysis.run_page_analysis());
         EXPECT_EQ(analysis.filter.regular_blobs.size(), page.glyph_boxes.size());
@@ -63,7 +63,7 @@ TEST(AprioriPageanalysis, ResolutionOfAPageFollowsItsBodySize) {
 // An empty page has no text, no box and resolution 0; a page of one glyph
 // too little text, but its box is the mean.
 TEST(AprioriPageanalysis, AnEmptyPageHasNoTextAndResolutionZero) {
-    const TextPage page = test_support::make_text_page([] {
+    const TextPage page = support::make_text_page([] {
         TextPageSpec spec;
         spec.lines = 0;
         return spec;
@@ -79,7 +79,7 @@ TEST(AprioriPageanalysis, AnEmptyPageHasNoTextAndResolutionZero) {
     TextPageSpec one;
     one.lines = 1;
     one.right = one.left + one.glyph_width;
-    const TextPage single = test_support::make_text_page(one);
+    const TextPage single = support::make_text_page(one);
     geometric::AreaPageanalysis area(&single.ink, nullptr);
     area.dilate = false;
     EXPECT_FALSE(area.run_page_analysis());
@@ -101,7 +101,7 @@ TEST(AreaPageanalysis, ResolutionComesFromTheBoxesOfWhatItFinds) {
     TextPageSpec spec = body_page(23);
     spec.glyph_gap = 3;
     spec.right = 876;  // eight whole words of 82 pixels a line, 20 apart
-    const TextPage page = test_support::make_text_page(spec);
+    const TextPage page = support::make_text_page(spec);
     for (const Case c : {Case{false, 0, 23}, Case{true, 1, 27}}) {
         SCOPED_TRACE(c.dilate);
         geometric::AreaPageanalysis analysis(&page.ink, nullptr);
@@ -115,11 +115,11 @@ TEST(AreaPageanalysis, ResolutionComesFromTheBoxesOfWhatItFinds) {
 }
 
 TEST(AreaPageanalysis, DrawsTheRegularAndTheIrregularBlobs) {
-    const TextPage page = test_support::make_text_page(TextPageSpec());
+    const TextPage page = support::make_text_page(TextPageSpec());
     common::BasicImage with_block(page.ink);
-    test_support::fill_rect(with_block, 400, 700, 200, 40);  // far above five times a glyph's area
+    support::fill_rect(with_block, 400, 700, 200, 40);  // far above five times a glyph's area
     common::BasicImage block(page.ink.get_height(), page.ink.get_width(), common::BINARY);
-    test_support::fill_rect(block, 400, 700, 200, 40);
+    support::fill_rect(block, 400, 700, 200, 40);
 
     geometric::AreaPageanalysis analysis(&with_block, nullptr);
     analysis.dilate = false;
@@ -141,8 +141,8 @@ TEST(AreaPageAnalysisCollector, KeepsWordsOfOrdinaryAreaAndLeavesThePageAlone) {
     TextPageSpec spec;
     spec.glyph_gap = 3;
     spec.right = 876;
-    TextPage page = test_support::make_text_page(spec);
-    test_support::fill_rect(page.ink, 300, 700, 400, 60);
+    TextPage page = support::make_text_page(spec);
+    support::fill_rect(page.ink, 300, 700, 400, 60);
     for (int y = 700; y < 760; ++y) std::memset(page.gray.get_line_pointer(y) + 300, 40, 400);
     const common::BasicImage ink_before(page.ink);
 

@@ -8,9 +8,9 @@
 
 #include "components/connected_component_calculator.h"
 #include "pageanalysis/apriori_pageanalysis.h"
-#include "pageanalysis/blob_scenes.h"
+#include "support/blob_scenes.h"
 #include "pageanalysis/connected_compnent_classifier.h"
-#include "pageanalysis/text_pages.h"
+#include "support/text_pages.h"
 #include "pageanalysis/text_picture_seperator.h"
 #include "pixel/geo_morphological.h"
 
@@ -18,8 +18,8 @@ namespace {
 
 using geometric::Geobox;
 using geometric::TextBlob;
-using test_support::TextPage;
-using test_support::TextPageSpec;
+using support::TextPage;
+using support::TextPageSpec;
 
 // How many of the boxes a blob matches, side by side within `slack` pixels.
 int found(const std::vector<Geobox<int>>& boxes, const std::list<TextBlob>& blobs, int slack) {
@@ -46,7 +46,7 @@ TEST(TextPictureSeparation, BodyGlyphsAreTextThickStemsAndThePhotoArePicture) {
         spec.headline_height = 60;
         spec.headline_stem = stem;
         spec.photo = Geobox<int>{640, 500, 420, 250};
-        const TextPage page = test_support::make_text_page(spec);
+        const TextPage page = support::make_text_page(spec);
 
         geometric::TextPictureSeperator seperator;
         std::list<TextBlob> blobs;
@@ -61,7 +61,7 @@ TEST(TextPictureSeparation, BodyGlyphsAreTextThickStemsAndThePhotoArePicture) {
 }
 
 TEST(TextPictureSeparation, OnlyGrayPagesAreSeparated) {
-    const TextPage page = test_support::make_text_page(TextPageSpec());
+    const TextPage page = support::make_text_page(TextPageSpec());
     geometric::AprioriPageanalysis analysis(&page.ink, nullptr);
     EXPECT_FALSE(analysis.run_page_analysis());
     EXPECT_TRUE(analysis.filter.regular_blobs.empty());
@@ -91,8 +91,8 @@ TEST(TextPictureSeparation, ClassifierCallsTooLargeTooSmallAndTooPaleComponentsP
         spec.right = 200;
         spec.lines = 1;
         spec.ink = static_cast<unsigned char>(c.ink);
-        TextPage page = test_support::make_text_page(spec);
-        test_support::fill_rect(page.ink, 250, 20, c.rule_width, c.rule_height);
+        TextPage page = support::make_text_page(spec);
+        support::fill_rect(page.ink, 250, 20, c.rule_width, c.rule_height);
         for (int y = 20; y < 20 + c.rule_height; ++y) std::memset(page.gray.get_line_pointer(y) + 250, 40, c.rule_width);
         common::BasicImage dilated(page.ink.get_height(), page.ink.get_width(), common::BINARY);
         geometric::GeoMorphological::dilate_xy(page.ink, dilated);

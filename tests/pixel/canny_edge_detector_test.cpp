@@ -1,6 +1,6 @@
-// Edge detection: one-pixel edges on the bright side of a step, a zero frame,
-// thresholds exactly at their limits, the bounded follow against plain
-// recursion, and repeatable output.
+// Edge detection against the plain pixel-by-pixel route, the scaled Sobel
+// sums and the magnitude table, and the bounded follow at its depth and at
+// its low limit.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -11,6 +11,7 @@
 
 #include "common/basic_image.h"
 #include "pixel/canny_edge_detector.h"
+#include "support/images.h"
 
 using common::BasicImage;
 using geometric::CannyEdgeDetector;
@@ -18,29 +19,6 @@ using geometric::CannyEdgeDetector;
 namespace {
 
 uint32_t next_random(uint32_t& state) { return state = state * 1664525u + 1013904223u; }
-
-BasicImage noise_image(int height, int width, uint32_t seed) {
-    BasicImage image(height, width, common::GRAY);
-    for (int i = 0; i < image.get_data_size(); ++i) image.get_data()[i] = static_cast<unsigned char>(next_random(seed) >> 24);
-    return image;
-}
-
-// Value `bright` on columns from `column` on, `dark` before.
-BasicImage vertical_step(int height, int width, int column, unsigned dark, unsigned bright) {
-    BasicImage image(height, width, common::GRAY);
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x) image.set_pixel(x, y, x < column ? dark : bright);
-    return image;
-}
-
-bool frame_is_zero(const BasicImage& edges) {
-    const int w = edges.get_width(), h = edges.get_height();
-    for (int x = 0; x < w; ++x)
-        if (edges.get_pixel(x, 0) != 0 || edges.get_pixel(x, h - 1) != 0) return false;
-    for (int y = 0; y < h; ++y)
-        if (edges.get_pixel(0, y) != 0 || edges.get_pixel(w - 1, y) != 0) return false;
-    return true;
-}
 
 // The follow written as nested calls, the form the explicit stack must equal.
 struct RecursiveFollow {
@@ -111,7 +89,7 @@ std::vector<unsigned char> plain_edges(const BasicImage& gray, int low, int high
 // Blobs and bars of random brightness on noise, blurred by a running 3 by 3
 // mean: steep and gentle edges in every direction.
 BasicImage scene(int height, int width, uint32_t seed) {
-    BasicImage image = noise_image(height, width, seed);
+    BasicImage image = support::noise_image(height, width, seed);
     for (int k = 0; k < 12; ++k) {
         const int x0 = static_cast<int>(next_random(seed) % width), y0 = static_cast<int>(next_random(seed) % height);
         const int rx = 2 + static_cast<int>(next_random(seed) % 30), ry = 2 + static_cast<int>(next_random(seed) % 30);
@@ -142,8 +120,7 @@ TEST(CannyEdgeDetector, EqualsThePlainPixelByPixelRoute) {
         BasicImage edges;
         CannyEdgeDetector::perform_edge_detect(cases[c][2], cases[c][3], image, edges);
         const std::vector<unsigned char> expected = plain_edges(image, cases[c][2], cases[c][3]);
-        ASSERT_EQ(std::vector<unsigned char>(edges.get_data(), edges.get_data() + edges.get_data_size()), expected)
-            << "case " << c;
+        ASSERT_EQ(support::bytes_of(edges), expected) << "case " << c;
         if (c == 0) {
             EXPECT_GT(std::count(expected.begin(), expected.end(), 255), 300);
         }
@@ -157,60 +134,6 @@ TEST(CannyEdgeDetector, ScaledSobelAndMagnitudeTable) {
     const int magnitudes[][3] = {{0, 0, 0}, {3, -4, 5}, {1, 1, 1}, {1, 2, 2}, {2, 2, 3}, {-60, 0, 60},
                                  {127, 127, 180}, {-128, -128, 181}, {-128, 127, 180}};
     for (const auto& m : magnitudes) EXPECT_EQ(CannyEdgeDetector::magnitude_of(m[0], m[1]), m[2]) << m[0] << "," << m[1];
-}
-
-TEST(CannyEdgeDetector, FlatImageGivesNoEdgeEvenAtZeroThresholds) {
-    BasicImage flat(30, 40, common::GRAY);
-    std::memset(flat.get_data(), 77, 1200);
-    BasicImage edges;
-    CannyEdgeDetector::perform_edge_detect(0, 0, flat, edges);
-    ASSERT_EQ(edges.get_data_size(), 1200);
-    EXPECT_EQ(edges.get_image_type(), common::GRAY);
-    for (int i = 0; i < 1200; ++i) ASSERT_EQ(edges.get_data()[i], 0);
-}
-
-// A rectangle of 200 on 0: the edge runs along the rectangle's own outer
-// pixels, one pixel wide on each side, and nowhere else.
-TEST(CannyEdgeDetector, BrightRectangleGivesOnePixelEdgesAndAZeroFrame) {
-    const int left = 12, right = 47, top = 9, bottom = 38;
-    BasicImage image(50, 60, common::GRAY);
-    for (int y = top; y <= bottom; ++y)
-        for (int x = left; x <= right; ++x) image.set_pixel(x, y, 200);
-    BasicImage edges;
-    CannyEdgeDetector::perform_edge_detect(20, 40, image, edges);
-    EXPECT_TRUE(frame_is_zero(edges));
-    for (int y = 0; y < 50; ++y)
-        for (int x = 0; x < 60; ++x) {
-            const unsigned value = edges.get_pixel(x, y);
-            ASSERT_TRUE(value == 0 || value == 255);
-            const bool on_outline = (x == left || x == right) && y >= top && y <= bottom;
-            const bool on_outline_h = (y == top || y == bottom) && x >= left && x <= right;
-            const bool near_corner = (x <= left + 1 || x >= right - 1) && (y <= top + 1 || y >= bottom - 1);
-            if (!near_corner) {
-                ASSERT_EQ(value, (on_outline || on_outline_h) ? 255u : 0u) << x << "," << y;
-            }
-        }
-}
-
-// A step from 0 to 60 has magnitude exactly 60 on both sides of it; the
-// edge sits on the bright side whichever way the step goes. A candidate needs
-// magnitude >= low and a seed >= high.
-TEST(CannyEdgeDetector, ThresholdsExactlyAtTheLimits) {
-    const int cases[][3] = {  // low, high, edge expected
-        {60, 60, 1}, {0, 60, 1}, {59, 60, 1}, {61, 61, 0}, {61, 10, 0}, {10, 61, 0}, {-5, 60, 1}};
-    for (int dark_left = 0; dark_left < 2; ++dark_left) {
-        const BasicImage image = vertical_step(20, 30, 15, dark_left ? 0 : 60, dark_left ? 60 : 0);
-        const int edge_column = dark_left ? 15 : 14;
-        for (const auto& c : cases) {
-            BasicImage edges;
-            CannyEdgeDetector::perform_edge_detect(c[0], c[1], image, edges);
-            for (int y = 1; y < 19; ++y)
-                for (int x = 0; x < 30; ++x)
-                    ASSERT_EQ(edges.get_pixel(x, y), (c[2] && x == edge_column) ? 255u : 0u)
-                        << "low " << c[0] << " high " << c[1] << " at " << x << "," << y;
-            EXPECT_TRUE(frame_is_zero(edges));
-        }
-    }
 }
 
 // A straight chain of candidates from a seed: the follow keeps the seed and
@@ -240,43 +163,3 @@ TEST(CannyEdgeDetector, FollowStopsAtItsDepthAndNeedsMoreThanLow) {
     }
 }
 
-// Dense random marks make long, branching follows that reach the depth limit
-// often; the explicit stack must give the bytes of nested calls.
-TEST(CannyEdgeDetector, FollowEqualsPlainRecursionOnRandomMarks) {
-    uint32_t state = 2026;
-    const int sizes[][2] = {{64, 64}, {200, 150}, {3, 500}, {501, 7}};
-    const int densities[] = {40, 70, 95};
-    for (const auto& size : sizes)
-        for (int density : densities) {
-            const int width = size[0], height = size[1], count = width * height;
-            std::vector<unsigned char> marks(count), magnitude(count);
-            for (int i = 0; i < count; ++i) {
-                marks[i] = static_cast<int>(next_random(state) >> 25) < density * 128 / 100 ? 128 : next_random(state) >> 24;
-                magnitude[i] = static_cast<unsigned char>(next_random(state) >> 26);  // 0..63
-            }
-            std::vector<unsigned char> fast(marks), plain(marks);
-            CannyEdgeDetector::follow_edges(fast.data(), magnitude.data(), width, height, 10, 60);
-            RecursiveFollow{plain.data(), magnitude.data(), width, 10}.run(height, 60);
-            ASSERT_EQ(fast, plain) << width << "x" << height << " density " << density;
-        }
-}
-
-TEST(CannyEdgeDetector, RepeatableInPlaceAndGuarded) {
-    const BasicImage image = noise_image(90, 120, 17);
-    BasicImage first, second;
-    CannyEdgeDetector::perform_edge_detect(20, 50, image, first);
-    CannyEdgeDetector::perform_edge_detect(20, 50, image, second);
-    ASSERT_EQ(first.get_data_size(), 90 * 120);
-    EXPECT_EQ(0, std::memcmp(first.get_data(), second.get_data(), 90 * 120));
-    EXPECT_TRUE(frame_is_zero(first));
-    BasicImage in_place(image);
-    CannyEdgeDetector::perform_edge_detect(20, 50, in_place, in_place);
-    EXPECT_EQ(0, std::memcmp(first.get_data(), in_place.get_data(), 90 * 120));
-
-    const BasicImage tiny = noise_image(2, 9, 4);
-    BasicImage edges;
-    CannyEdgeDetector::perform_edge_detect(0, 1, tiny, edges);
-    for (int i = 0; i < 18; ++i) EXPECT_EQ(edges.get_data()[i], 0);
-    BasicImage rgb(4, 4, common::RGB);
-    EXPECT_THROW(CannyEdgeDetector::perform_edge_detect(1, 2, rgb, edges), const char*);
-}

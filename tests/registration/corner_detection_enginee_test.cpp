@@ -1,4 +1,4 @@
-// The corner search engine: assembly by method, rounding, method 0's
+// The corner search engine on a page photo, its rounding, method 0's
 // fall-back, and the crossed parameter mapping.
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include "cornersearch/corner_search_para.h"
 #include "cornersearch/large_blob_extractor.h"
 #include "registration/projective_correction_corner_detection_enginee.h"
-#include "cornersearch/page_photos.h"
+#include "support/images.h"
 
 namespace geometric_test {
 namespace {
@@ -30,27 +30,9 @@ TEST(CornerDetectionEnginee, CornersAreRoundedHalvesUp) {
     EXPECT_EQ((std::vector<int>(corners.y, corners.y + 4)), (std::vector<int>{0, 1, 71, 0}));
 }
 
-TEST(CornerDetectionEnginee, AssemblyByMethod) {
-    EXPECT_FALSE(ProjectiveCorrectionCornerDetectionEnginee(HYBRID_EDGE_SEARCH).registration);
-    for (auto method : {CANNY_HOUGH_EDGE, OTSU_HOUGH_EDGE, CANNY_LARGE_BLOB_EDGE, OTSU_LARGE_BLOB_EDGE})
-        EXPECT_TRUE(std::dynamic_pointer_cast<BoundingEdgeRegistration>(
-            ProjectiveCorrectionCornerDetectionEnginee(method).registration));
-    EXPECT_TRUE(std::dynamic_pointer_cast<CombinedBoundingEdgeRegistration>(
-        ProjectiveCorrectionCornerDetectionEnginee(COMBINED_HOUGH_EDGE).registration));
-    const auto staged = std::dynamic_pointer_cast<OperationalBoundingEdgeRegistration>(
-        ProjectiveCorrectionCornerDetectionEnginee(OPERATIONAL_LINE).registration);
-    ASSERT_TRUE(staged);
-    EXPECT_EQ(staged->operation_mode, OperationalBoundingEdgeRegistration::LINE_SEARCH);
-    // Method 8 builds a chain of null strategies without complaint.
-    const auto empty = std::dynamic_pointer_cast<BoundingEdgeRegistration>(
-        ProjectiveCorrectionCornerDetectionEnginee(static_cast<EdgeRegistrationMethod>(8)).registration);
-    ASSERT_TRUE(empty);
-    EXPECT_FALSE(empty->factory->extractor);
-}
-
 TEST(CornerDetectionEnginee, MethodsOnAPagePhoto) {
-    const page_photos::Quad page = page_photos::quad(160, 100, 660, 60, 720, 540, 100, 500);
-    common::BasicImage photo = page_photos::photo(800, 600, page);
+    const support::Quad page = support::quad(160, 100, 660, 60, 720, 540, 100, 500);
+    common::BasicImage photo = support::photo(800, 600, page);
     struct Case {
         EdgeRegistrationMethod method;
         int result;
@@ -71,34 +53,14 @@ TEST(CornerDetectionEnginee, MethodsOnAPagePhoto) {
     }
 }
 
-TEST(CornerDetectionEnginee, MethodZeroWithoutAPageAnswersTheImagesCorners) {
-    common::BasicImage blank(120, 160, common::GRAY);  // no contour at all: the edge search has no result
-    ProjectiveCorrectionCornerDetectionEnginee enginee(HYBRID_EDGE_SEARCH);
-    ControlPointCorners corners{};
-    EXPECT_EQ(enginee.perform_corner_detection(blank, corners), -1);
-    EXPECT_EQ((std::vector<int>(corners.x, corners.x + 4)), (std::vector<int>{0, 159, 159, 0}));
-    EXPECT_EQ((std::vector<int>(corners.y, corners.y + 4)), (std::vector<int>{0, 0, 119, 119}));
-}
-
-TEST(CornerSearchPara, CopiesAndMapsHeightAndWidthCrossed) {
+TEST(CornerSearchPara, MapsHeightAndWidthCrossed) {
     geometric::CornerSearchPara para;
-    para.minimum_blob_size_ratio = 0.5f;
     para.minimum_blob_height_ratio = 0.25f;
     para.minimum_blob_width_ratio = 0.125f;
-    para.minimum_blob_area_ratio = 0.75f;
-    para.maximum_selected_blobs = 5;
-    para.hough.angle_step = 2.0f;
-    geometric::CornerSearchPara copy;
-    copy = para;
-    EXPECT_EQ(copy.hough.angle_step, 2.0f);
-    EXPECT_EQ(copy.registration.maximum_dimension, 1500);
     geometric::LargeBlobExtractorPara blobs;
     blobs = para;
-    EXPECT_EQ(blobs.minimum_blob_area, 0.5f);
-    EXPECT_EQ(blobs.minimum_blob_width, 0.25f);   // the height ratio, deliberately
+    EXPECT_EQ(blobs.minimum_blob_width, 0.25f);    // the height ratio, deliberately
     EXPECT_EQ(blobs.minimum_blob_height, 0.125f);  // the width ratio
-    EXPECT_EQ(blobs.minimum_total_area, 0.75f);
-    EXPECT_EQ(blobs.maximum_selected_blobs, 5);
 }
 
 }  // namespace

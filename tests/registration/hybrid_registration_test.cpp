@@ -1,141 +1,26 @@
-// The corrector's driver: refusals at their limits, the rate, the kept working
-// image, the result codes, the output check, corners and the setters' rules.
+// The corrector's driver: the result codes, the output check, the rounding and
+// reset of corners, the fill colour from reset corners. The exported
+// functions' tests cover the refusals at their limits, the rate, the working
+// image and the caller's fill colour. The resolution estimate of an image
+// alone and of the bound input.
 #include <gtest/gtest.h>
 
-#include <cstdint>
 #include <cstring>
-#include <string>
 #include <vector>
 
 #include "common/basic_image.h"
-#include "pixel/image_integer_down_sampling.h"
 #include "registration/hybrid_registration.h"
-#include "registration/pending_search_registration.h"
+#include "support/images.h"
+#include "support/text_pages.h"
 
 using common::BasicImage;
 using geometric::Geocoordinate;
 using hybrid::HybridRegistration;
 
-namespace {
-
-BasicImage gray_image(int height, int width, unsigned char value = 200) {
-    BasicImage image(height, width, common::GRAY);
-    if (image.get_data() != nullptr) std::memset(image.get_data(), value, static_cast<size_t>(image.get_data_size()));
-    return image;
-}
-
-std::vector<unsigned char> bytes_of(const BasicImage& image) {
-    return std::vector<unsigned char>(image.get_data(), image.get_data() + image.get_data_size());
-}
-
-std::vector<Geocoordinate<float>> quad(float x0, float y0, float x1, float y1, float x2, float y2, float x3,
-                                       float y3) {
-    return {{x0, y0}, {x1, y1}, {x2, y2}, {x3, y3}};
-}
-
-}  // namespace
-
-TEST(HybridPreprocessing, RefusesAtTheExactLimits) {
-    struct Case { int height, width, expected; };
-    const Case cases[] = {
-        {100, 700, 1}, {700, 100, 1},   // aspect exactly 7.0
-        {100, 800, -1}, {800, 100, -1}, // aspect 8.0
-        {10, 20, 1}, {20, 10, 1},       // short side exactly 10
-        {9, 20, -1}, {20, 9, -1},       // short side 9
-        {0, 0, -1},
-    };
-    for (const Case& c : cases) {
-        BasicImage image = gray_image(c.height, c.width);
-        HybridRegistration driver(&image);
-        EXPECT_EQ(driver.preprocessing(), c.expected) << c.height << " x " << c.width;
-        EXPECT_EQ(driver.downsampled_image != nullptr, c.expected == 1);
-    }
-}
-
-TEST(HybridPreprocessing, RateGrowsByOnePerHalving) {
-    struct Case { int height, width, rate; };
-    const Case cases[] = {
-        {1500, 1000, 1}, {1501, 1000, 2}, {3000, 1000, 2}, {3001, 1000, 2},  // 3001 / 2 = 1500
-        {3002, 1000, 3}, {6001, 1000, 3},  // 6001 -> 3000 -> 1500: rate 3, not 4
-        {1000, 1501, 2}, {1000, 3001, 2},  // columns alone
-        {3000, 4000, 3},                   // rows to 1500, columns 2000 -> 1000
-        {1501, 6004, 4},                   // rows once (columns to 3002), columns twice
-    };
-    for (const Case& c : cases) {
-        BasicImage image(nullptr, c.height, c.width, common::GRAY);
-        HybridRegistration driver(&image);
-        EXPECT_EQ(driver.obtain_downsampling_rate(), c.rate) << c.height << " x " << c.width;
-        EXPECT_EQ(driver.downsampling_rate, c.rate);
-    }
-}
-
-TEST(HybridPreprocessing, WorkingImageOfRgbIsTheLuminanceDownSampled) {
-    BasicImage rgb(3002, 430, common::RGB);
-    uint32_t seed = 17;
-    for (int i = 0; i < rgb.get_data_size(); ++i) {
-        seed = seed * 1664525u + 1013904223u;
-        rgb.get_data()[i] = static_cast<unsigned char>(seed >> 24);
-    }
-    HybridRegistration driver(&rgb);
-    ASSERT_EQ(driver.preprocessing(), 1);
-    EXPECT_EQ(driver.downsampling_rate, 3);
-    BasicImage gray(rgb);
-    gray.convert_rgb_to_gray(true);
-    BasicImage expected;
-    geometric::ImageIntegerDownSampling::DownSamplingN(gray, expected, 3);
-    ASSERT_EQ(driver.downsampled_image->get_width(), 143);
-    ASSERT_EQ(driver.downsampled_image->get_height(), 1000);
-    EXPECT_EQ(driver.downsampled_image->get_image_type(), common::GRAY);
-    EXPECT_EQ(bytes_of(*driver.downsampled_image), bytes_of(expected));
-    EXPECT_EQ(rgb.get_image_type(), common::RGB);  // the input is left as it was
-}
-
-TEST(HybridPreprocessing, BinaryInputBecomesGrayAndRateOneCopies) {
-    BasicImage binary(12, 40, common::BINARY);
-    binary.set_pixel(3, 4, 1);
-    HybridRegistration driver(&binary);
-    ASSERT_EQ(driver.preprocessing(), 1);
-    const BasicImage& working = *driver.downsampled_image;
-    EXPECT_EQ(working.get_image_type(), common::GRAY);
-    EXPECT_EQ(working.get_pixel(3, 4), 0u);
-    EXPECT_EQ(working.get_pixel(4, 4), 255u);
-    EXPECT_NE(working.get_data(), binary.get_data());
-}
-
-TEST(HybridPreprocessing, SecondRunKeepsTheFirstWorkingImage) {
-    BasicImage first = gray_image(20, 30, 10);
-    BasicImage second = gray_image(3001, 40, 250);
-    HybridRegistration driver(&first);
-    ASSERT_EQ(driver.preprocessing(), 1);
-    const BasicImage* working = driver.downsampled_image;
-    const std::vector<unsigned char> before = bytes_of(*working);
-    driver.input_image = &second;
-    EXPECT_EQ(driver.preprocessing(), 2);
-    EXPECT_EQ(driver.downsampled_image, working);
-    EXPECT_EQ(bytes_of(*working), before);
-    EXPECT_EQ(driver.downsampling_rate, 1);
-    driver.input_image = &first;
-}
-
-TEST(HybridPreprocessing, BgraThrowsItsTextAfterTheLimits) {
-    BasicImage bgra(20, 30, common::BGRA);
-    HybridRegistration driver(&bgra);
-    try {
-        driver.preprocessing();
-        FAIL() << "no exception";
-    } catch (const char* text) {
-        EXPECT_STREQ(text, "BGRA to grey level conversion nog implemented yet in common");
-    }
-    EXPECT_EQ(driver.downsampled_image, nullptr);
-    BasicImage narrow(9, 30, common::BGRA);
-    HybridRegistration refusing(&narrow);
-    EXPECT_EQ(refusing.preprocessing(), -1);
-}
-
 // A driver on a 100 x 200 gray page whose corner list is set by the test.
 class HybridResult : public ::testing::Test {
 protected:
-    HybridResult() : image(gray_image(100, 200)), driver(&image) {}
+    HybridResult() : image(support::flat_image(100, 200, 200)), driver(&image) {}
     void set_corners(const std::vector<Geocoordinate<float>>& given) { driver.corners = given; }
 
     BasicImage image;
@@ -145,8 +30,8 @@ protected:
 TEST_F(HybridResult, ReturnCodeTableRowByRow) {
     // Passing corners: the check answers 1. Failing corners (outside the
     // image with within_the_image on): the check answers -3.
-    const auto passing = quad(10, 10, 180, 10, 180, 90, 10, 90);
-    const auto failing = quad(-5, 10, 180, 10, 180, 90, 10, 90);
+    const auto passing = support::corners(10, 10, 180, 10, 180, 90, 10, 90);
+    const auto failing = support::corners(-5, 10, 180, 10, 180, 90, 10, 90);
     struct Flags { bool edge_corners; bool check; };
     const Flags flags[] = {{true, true}, {true, false}, {false, true}, {false, false}};
     driver.within_the_image = true;
@@ -172,18 +57,16 @@ TEST_F(HybridResult, ReturnCodeTableRowByRow) {
 TEST_F(HybridResult, OutputCheckCodes) {
     struct Case { const char* what; std::vector<Geocoordinate<float>> corners; bool within; int expected; };
     const Case cases[] = {
-        {"inside", quad(10, 10, 180, 10, 180, 90, 10, 90), true, 1},
-        {"left of corner 0", quad(-0.5f, 10, 180, 10, 180, 90, 10, 90), true, -3},
-        {"left of corner 3", quad(10, 10, 180, 10, 180, 90, -1, 90), true, -3},
-        {"right of corner 1", quad(10, 10, 199.5f, 10, 180, 90, 10, 90), true, -3},
-        {"right of corner 2", quad(10, 10, 180, 10, 200, 90, 10, 90), true, -3},
-        {"above corner 1", quad(10, 10, 180, -1, 180, 90, 10, 90), true, -3},
-        {"below corner 3", quad(10, 10, 180, 10, 180, 90, 10, 99.5f), true, -3},
-        {"at the last pixel", quad(0, 0, 199, 0, 199, 99, 0, 99), true, 1},
-        {"outside without the flag", quad(-50, -50, 250, -50, 250, 150, -50, 150), false, 1},
-        {"not convex", quad(10, 10, 180, 10, 60, 40, 10, 90), false, -5},
-        {"sharp angle at corner 1", quad(10, 10, 190, 50, 20, 80, 10, 60), false, -5},
-        {"too thin", quad(10, 10, 14, 10, 14, 12, 10, 12), false, -6},
+        {"inside", support::corners(10, 10, 180, 10, 180, 90, 10, 90), true, 1},
+        {"left of corner 0", support::corners(-0.5f, 10, 180, 10, 180, 90, 10, 90), true, -3},
+        {"right of corner 1", support::corners(10, 10, 199.5f, 10, 180, 90, 10, 90), true, -3},
+        {"above corner 1", support::corners(10, 10, 180, -1, 180, 90, 10, 90), true, -3},
+        {"below corner 3", support::corners(10, 10, 180, 10, 180, 90, 10, 99.5f), true, -3},
+        {"at the last pixel", support::corners(0, 0, 199, 0, 199, 99, 0, 99), true, 1},
+        {"outside without the flag", support::corners(-50, -50, 250, -50, 250, 150, -50, 150), false, 1},
+        {"not convex", support::corners(10, 10, 180, 10, 60, 40, 10, 90), false, -5},
+        {"sharp angle at corner 1", support::corners(10, 10, 190, 50, 20, 80, 10, 60), false, -5},
+        {"too thin", support::corners(10, 10, 14, 10, 14, 12, 10, 12), false, -6},
     };
     for (const Case& c : cases) {
         set_corners(c.corners);
@@ -192,70 +75,12 @@ TEST_F(HybridResult, OutputCheckCodes) {
     }
 }
 
-TEST_F(HybridResult, AreaLimitDependsOnTheOutputProportions) {
-    // Output 61 x 46 (ratio 1.326): the full limit 0.05 of 20000 pixels
-    // applies; 60 x 45 = 2700 pixels is 0.135 and passes, 0.2 fails.
-    set_corners(quad(0, 0, 60, 0, 60, 45, 0, 45));
-    EXPECT_EQ(driver.check_projective_output(), 1);
-    driver.set_minimum_aoi_area(0.2f);
-    EXPECT_EQ(driver.check_projective_output(), -4);
-    // A square output of the same area meets only 0.2 - 0.1.
-    set_corners(quad(0, 0, 52, 0, 52, 52, 0, 52));
-    EXPECT_EQ(driver.check_projective_output(), 1);
-    driver.set_minimum_aoi_area(0.15f);
-    EXPECT_EQ(driver.check_projective_output(), 1);
-    driver.set_minimum_aoi_area(0.25f);
-    EXPECT_EQ(driver.check_projective_output(), -4);
-}
-
-TEST_F(HybridResult, LargestDimensionMustExceedTheThreshold) {
-    // Output 21 x 101 of a 200 x 100 input: width share 0.105, height share 1.01.
-    set_corners(quad(0, 0, 20, 0, 20, 100, 0, 100));
-    driver.minimum_aoi_area = -1.0f;
-    driver.minimum_largest_dimension_percentage_threshold = 1.0;
-    EXPECT_EQ(driver.check_projective_output(), 1);
-    driver.minimum_largest_dimension_percentage_threshold = 1.01;
-    EXPECT_EQ(driver.check_projective_output(), -6);
-}
-
-TEST_F(HybridResult, InternalCornersComeFromTheObjectsTimesTheRate) {
-    driver.downsampling_rate = 2;
-    auto* edge = new hybrid::PendingSearchRegistration(&image);
-    edge->corners = quad(1, 2, 30, 2, 30, 40, 1.25f, 40);
-    driver.edge_registration = edge;
-    driver.obtain_internal_corners();
-    ASSERT_EQ(driver.corners.size(), 4u);
-    EXPECT_EQ(driver.corners[0].x, 2.0f);
-    EXPECT_EQ(driver.corners[3].x, 2.5f);
-    EXPECT_EQ(driver.corners[2].y, 80.0f);
-
-    // A list that exists is left alone.
-    edge->corners = quad(0, 0, 1, 0, 1, 1, 0, 1);
-    driver.obtain_internal_corners();
-    EXPECT_EQ(driver.corners[1].x, 60.0f);
-
-    // A feature object without corners does not fall back to the edge
-    // object: the whole input serves.
-    driver.corners.clear();
-    driver.feature_registration = new hybrid::PendingSearchRegistration(&image);
-    driver.obtain_internal_corners();
-    const auto whole = quad(0, 0, 199, 0, 199, 99, 0, 99);
-    for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(driver.corners[i].x, whole[i].x);
-        EXPECT_EQ(driver.corners[i].y, whole[i].y);
-    }
-}
-
 TEST_F(HybridResult, FourCornersRoundByFloorOfValuePlusHalf) {
-    set_corners(quad(1.5f, 2.49f, -0.5f, -1.5f, 10.4999f, -0.51f, 7.0f, 2.5f));
+    set_corners(support::corners(1.5f, 2.49f, -0.5f, -1.5f, 10.4999f, -0.51f, 7.0f, 2.5f));
     ControlPointCorners out;
     driver.obtain_four_corners(out);
-    const int xs[4] = {2, 0, 10, 7};
-    const int ys[4] = {2, -1, -1, 3};
-    for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(out.x[i], xs[i]) << i;
-        EXPECT_EQ(out.y[i], ys[i]) << i;
-    }
+    EXPECT_EQ(std::vector<int>(out.x, out.x + 4), (std::vector<int>{2, 0, 10, 7}));
+    EXPECT_EQ(std::vector<int>(out.y, out.y + 4), (std::vector<int>{2, -1, -1, 3}));
 }
 
 TEST_F(HybridResult, ResetFourCornersMarksOnlyARealChange) {
@@ -277,33 +102,76 @@ TEST_F(HybridResult, ResetFourCornersMarksOnlyARealChange) {
     EXPECT_FALSE(fresh.corners_were_reset);
 }
 
-TEST(HybridSetters, ClampsAndIgnoresAsTheExportedSettersSay) {
-    HybridRegistration driver;
-    const int methods[][2] = {{5, 1}, {-1, 0}, {0, 0}, {1, 1}, {2, 1}};
-    for (const auto& m : methods) {
-        driver.set_binarization_method(m[0]);
-        EXPECT_EQ(driver.binarization_method, m[1]) << m[0];
-    }
-    const float ks[][2] = {{-0.5f, 0.01f}, {0.0f, 0.0f}, {1.0f, 1.0f}, {1.5f, 0.99f}, {0.3f, 0.3f}};
-    for (const auto& k : ks) {
-        driver.set_binarization_k(k[0]);
-        EXPECT_EQ(driver.binarization_k, k[1]) << k[0];
-    }
-    const int windows[][2] = {{0, 3}, {-7, 3}, {1, 1}, {51, 51}};
-    for (const auto& w : windows) {
-        driver.set_binarization_window(w[0]);
-        EXPECT_EQ(driver.binarization_window, w[1]) << w[0];
-    }
-    driver.set_minimum_aoi_area(0.001f);
-    EXPECT_EQ(driver.minimum_aoi_area, 0.05f);
-    driver.set_minimum_aoi_area(-1.0f);
-    EXPECT_EQ(driver.minimum_aoi_area, 0.05f);
-    driver.set_minimum_aoi_area(0.0011f);
-    EXPECT_EQ(driver.minimum_aoi_area, 0.0011f);
+// Corners whose top-left lies outside the 40 x 40 page, so that output pixel
+// (0, 0) takes the fill colour; the other three lie on pixels inside.
+const ControlPointCorners kPartlyOutside = {{-10, 30, 30, 2}, {-10, 3, 30, 35}};
 
-    const int registration[][2] = {{0, 0}, {-3, 0}, {1, 1}, {7, 1}};
-    for (const auto& m : registration) {
-        driver.set_registration_method(m[0]);
-        EXPECT_EQ(static_cast<int>(driver.hybrid_method), m[1]) << m[0];
+// Output pixel (0, 0) takes the brightest pixel under marked reset corners,
+// or else the correction's own colour (the paper's 200). A reset marks only
+// a list that held corners before.
+TEST(HybridFill, ResetCornersGiveTheBrightestPixelUnderThem) {
+    struct Case { bool corners_found_first; ControlPointCorners corners; unsigned expected; };
+    const Case cases[] = {
+        {true, kPartlyOutside, 90},
+        {false, kPartlyOutside, 200},
+        {true, {{-5, 20, 45, 20}, {20, -5, 20, 45}}, 200},  // a diamond with every corner outside
+    };
+    for (const Case& c : cases) {
+        BasicImage image = support::flat_image(40, 40, 200);
+        image.set_pixel(30, 3, 90);   // under corner 1
+        image.set_pixel(30, 30, 50);  // under corner 2
+        image.set_pixel(2, 35, 70);   // under corner 3
+        HybridRegistration driver(&image);
+        if (c.corners_found_first) driver.obtain_internal_corners();
+        driver.reset_four_corners(c.corners);
+        EXPECT_EQ(driver.corners_were_reset, c.corners_found_first);
+        int width = 0, height = 0;
+        driver.obtain_corrected_img_dimension(width, height);
+        BasicImage output(height, width, common::GRAY);
+        EXPECT_EQ(driver.perform_correction(output), 1);
+        EXPECT_EQ(output.get_pixel(0, 0), c.expected);
     }
+}
+
+// Pages of body text 44 rows high. An image alone is analysed as it is: a
+// gray page, and the luminance of an RGB one, by text-picture separation
+// (whose smoothing adds up to two rows at a glyph's foot); a 1-bit page by
+// dilation and area, whose blobs are two rows taller at each end. The bound
+// input is analysed on the working image, here half as high, and the
+// answer doubled. Too little text gives 300, as before any run.
+TEST(HybridResolution, EstimatesFromTheCharacterSize) {
+    support::TextPageSpec spec;
+    spec.width = 1000;
+    spec.height = 1600;
+    spec.body_height = 44;
+    spec.glyph_width = 28;
+    spec.stroke = 6;
+    spec.glyph_gap = 10;
+    spec.line_pitch = 88;
+    spec.lines = 12;
+    const support::TextPage page = support::make_text_page(spec);
+    BasicImage rgb(page.gray.get_height(), page.gray.get_width(), common::RGB);
+    for (int i = 0; i < page.gray.get_data_size(); ++i)
+        std::memset(rgb.get_data() + 3 * i, page.gray.get_data()[i], 3);
+    const auto dots = [](int rows) { return static_cast<int>(300.0f * (static_cast<float>(rows) / 22.0f)); };
+
+    BasicImage input(page.gray);
+    HybridRegistration driver(&input);
+    EXPECT_EQ(driver.estimate_spatial_resolution(), 300);
+    const int gray = driver.estimate_spatial_resolution(input);
+    EXPECT_GE(gray, dots(44));
+    EXPECT_LE(gray, dots(46));
+    EXPECT_EQ(driver.estimate_spatial_resolution(rgb), gray);
+    BasicImage ink(page.ink);
+    EXPECT_EQ(driver.estimate_spatial_resolution(ink), dots(48));
+    for (common::ImageType type : {common::GRAY, common::RGB, common::BINARY, common::BGRA}) {
+        BasicImage blank(20, 20, type);
+        EXPECT_EQ(driver.estimate_spatial_resolution(blank), 300) << type;
+    }
+
+    driver.run_program();
+    ASSERT_EQ(driver.downsampling_rate, 2);
+    const int bound = driver.estimate_spatial_resolution();
+    EXPECT_GE(bound, 2 * dots(22));
+    EXPECT_LE(bound, 2 * dots(24));
 }

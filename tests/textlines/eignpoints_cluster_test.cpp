@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "pageanalysis/apriori_pageanalysis.h"
-#include "pageanalysis/text_pages.h"
+#include "support/text_pages.h"
 #include "textgeometry/geoline_least_square.h"
 #include "textlines/eignpoints_cluster.h"
 
@@ -44,7 +44,7 @@ Points with(Points points, float x, float y) {
 // three spacings and the line distance at one, each line is one group, and
 // each group's line runs along its baseline.
 TEST(EignpointsCluster, GroupsTheGlyphsOfEachLineOfATurnedPage) {
-    test_support::TextPageSpec spec;
+    support::TextPageSpec spec;
     spec.width = 800;
     spec.height = 500;
     spec.left = 100;
@@ -52,8 +52,8 @@ TEST(EignpointsCluster, GroupsTheGlyphsOfEachLineOfATurnedPage) {
     spec.top = 180;
     spec.lines = 2;
     spec.line_pitch = 70;
-    spec.homography = test_support::turned_homography(6.0, 400.0, 250.0, 0.0002);
-    const test_support::TextPage page = test_support::make_text_page(spec);
+    spec.homography = support::turned_homography(6.0, 400.0, 250.0, 0.0002);
+    const support::TextPage page = support::make_text_page(spec);
     geometric::AprioriPageanalysis analysis(&page.gray, nullptr);
     ASSERT_TRUE(analysis.run_page_analysis());
     Points points;

@@ -1,6 +1,6 @@
-// The corner calculators: zones, reference points, corners from vanishing
-// points of a projected rectangle, parallel and mixed directions, anchors,
-// and degenerate directions that must end in a plain false.
+// The corner calculators: zones, corners from the vanishing points of a
+// projected rectangle, parallel and mixed directions, anchors, and degenerate
+// directions that must end in a plain false.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -64,28 +64,6 @@ void expect_side_through(const Point& p, const Point& q, const VPoint& point, co
     EXPECT_LT(std::fabs(side_distance(p, q, point)) / reach, 1e-5) << what;
 }
 
-// A plane projective map h, row-major; its first two columns are the images
-// of the page's horizontal and vertical directions: the vanishing points.
-struct Homography {
-    double h[9];
-    Point map(double x, double y) const {
-        const double w = h[6] * x + h[7] * y + h[8];
-        return Point(static_cast<float>((h[0] * x + h[1] * y + h[2]) / w),
-                     static_cast<float>((h[3] * x + h[4] * y + h[5]) / w));
-    }
-    VPoint horizontal_vanishing_point() const { return VPoint(h[0] / h[6], h[3] / h[6]); }
-    VPoint vertical_vanishing_point() const { return VPoint(h[1] / h[7], h[4] / h[7]); }
-};
-
-// Perspective terms of both signs, so that the points fall in corner, side and
-// top or bottom zones.
-const Homography kViews[] = {
-    {{1.0, 0.12, 120, 0.06, 0.95, 60, 0.0003, 0.0004, 1}},
-    {{1.0, 0.12, 120, 0.06, 0.95, 60, -0.0003, -0.0004, 1}},
-    {{1.0, 0.12, 120, 0.06, 0.95, 60, 0.0003, -0.0004, 1}},
-    {{1.0, -0.1, 100, -0.08, 1.0, 90, -0.0002, 0.0005, 1}},
-};
-
 }  // namespace
 
 TEST(CornerCalculators, ZoneOfAPoint) {
@@ -104,104 +82,6 @@ TEST(CornerCalculators, ZoneOfAPoint) {
         int zone = -1;
         calculator.estimate_vp_position(VPoint(c.x, c.y), zone);
         EXPECT_EQ(zone, c.zone) << c.x << ", " << c.y;
-    }
-}
-
-TEST(CornerCalculators, ReferencePointsByZone) {
-    // One representative point for each zone, row by row.
-    const VPoint points[9] = {{-50, -50}, {320, -50}, {700, -50}, {-50, 240}, {320, 240},
-                              {700, 240}, {-50, 500}, {320, 500}, {700, 500}};
-    const Point o(0, 0), tr(kW, 0), br(kW, kH), bl(0, kH);
-    struct Pair {
-        bool ok;
-        Point first, second;
-    };
-    const Pair none{false, {}, {}};
-    const Pair horizontal[9] = {{true, tr, bl}, none, {true, o, br}, {true, o, bl}, none,
-                                {true, tr, br}, {true, o, br},       none,          {true, tr, bl}};
-    const Pair vertical[9] = {{true, bl, tr}, {true, o, tr}, {true, o, br}, none, none,
-                              none,           {true, o, br}, {true, bl, br}, {true, bl, tr}};
-    const CornerCalculatorProjective calculator(kWidth, kHeight);
-    auto same = [](const Point& p, const Point& q) { return p.x == q.x && p.y == q.y; };
-    for (int zone = 0; zone < 9; ++zone) {
-        Point a(-1, -1), b(-1, -1), c(-1, -1), d(-1, -1);
-        EXPECT_EQ(calculator.calculate_horizontal_virtual_reference_point(points[zone], a, b, c, d),
-                  horizontal[zone].ok)
-            << "horizontal, zone " << zone;
-        if (horizontal[zone].ok) {
-            EXPECT_TRUE(same(a, o) && same(b, tr)) << "fixed pair, zone " << zone;
-            EXPECT_TRUE(same(c, horizontal[zone].first) && same(d, horizontal[zone].second)) << "zone " << zone;
-        } else {
-            EXPECT_TRUE(same(a, Point(-1, -1)) && same(d, Point(-1, -1))) << "untouched, zone " << zone;
-        }
-
-        a = b = c = d = Point(-1, -1);
-        EXPECT_EQ(calculator.calculate_vertical_virtual_reference_point(points[zone], a, b, c, d),
-                  vertical[zone].ok)
-            << "vertical, zone " << zone;
-        if (vertical[zone].ok) {
-            EXPECT_TRUE(same(c, o) && same(d, bl)) << "fixed pair, zone " << zone;
-            EXPECT_TRUE(same(a, vertical[zone].first) && same(b, vertical[zone].second)) << "zone " << zone;
-        }
-
-        // Two directions: every pairing of a horizontal and a vertical zone.
-        for (int other = 0; other < 9; ++other) {
-            a = b = c = d = Point(-1, -1);
-            const bool ok = horizontal[zone].ok && vertical[other].ok;
-            EXPECT_EQ(calculator.calculate_two_direction_virtual_reference_point(points[zone], points[other], a, b,
-                                                                                 c, d),
-                      ok)
-                << "zones " << zone << ", " << other;
-            if (ok) {
-                EXPECT_TRUE(same(a, vertical[other].first) && same(b, vertical[other].second));
-                EXPECT_TRUE(same(c, horizontal[zone].first) && same(d, horizontal[zone].second));
-            }
-        }
-    }
-}
-
-TEST(CornerCalculators, AnchorsOnAProjectedRectangleGiveBackItsCorners) {
-    for (const Homography& view : kViews) {
-        const Corners page{view.map(0, 0), view.map(400, 0), view.map(400, 300), view.map(0, 300)};
-        const VPoint horizontal = view.horizontal_vanishing_point();
-        const VPoint vertical = view.vertical_vanishing_point();
-        auto mid = [](const Point& p, const Point& q) { return Point((p.x + q.x) / 2, (p.y + q.y) / 2); };
-        const Point left = mid(page[0], page[3]), right = mid(page[1], page[2]);
-        const Point top = mid(page[0], page[1]), bottom = mid(page[3], page[2]);
-        CornerCalculatorMixedFromAnchorPoints anchors(kWidth, kHeight);
-        Corners corners;
-        ASSERT_TRUE(anchors.identifyTwoDirectionInputCorners(horizontal, vertical, left, right, top, bottom, corners));
-        expect_corners(corners, page, 0.05f, "two directions from anchors");
-        ASSERT_TRUE(anchors.identifyInputCorners(0.0f, 90.0f, horizontal, vertical, true, true, left, right, top,
-                                                 bottom, corners));
-        expect_corners(corners, page, 0.05f, "chosen by the flags");
-    }
-}
-
-TEST(CornerCalculators, VirtualCornersOfAProjectedRectangleEncloseTheImage) {
-    const CornerCalculatorProjective calculator(kWidth, kHeight);
-    for (const Homography& view : kViews) {
-        const VPoint horizontal = view.horizontal_vanishing_point();
-        const VPoint vertical = view.vertical_vanishing_point();
-        Corners c;
-        ASSERT_TRUE(calculator.estimate_virtual_corners(horizontal, vertical, true, true, c));
-        expect_encloses_image(c, "two directions");
-        expect_side_through(c[0], c[1], horizontal, "top through the horizontal point");
-        expect_side_through(c[3], c[2], horizontal, "bottom through the horizontal point");
-        expect_side_through(c[0], c[3], vertical, "left through the vertical point");
-        expect_side_through(c[1], c[2], vertical, "right through the vertical point");
-
-        ASSERT_TRUE(calculator.estimate_horizontal_virtual_corners(horizontal, c));
-        expect_encloses_image(c, "horizontal only");
-        expect_side_through(c[0], c[1], horizontal, "horizontal only, top");
-        EXPECT_EQ(c[0].x, 0.0f);  // the missing direction runs along the image axes
-        EXPECT_EQ(c[1].x, kW);
-
-        ASSERT_TRUE(calculator.estimate_vertical_virtual_corners(vertical, c));
-        expect_encloses_image(c, "vertical only");
-        expect_side_through(c[1], c[2], vertical, "vertical only, right");
-        EXPECT_EQ(c[0].y, 0.0f);
-        EXPECT_EQ(c[3].y, kH);
     }
 }
 
@@ -234,58 +114,6 @@ TEST(CornerCalculators, RefusalsAndDegenerateDirectionsLeaveTheCornersAlone) {
     EXPECT_FALSE(anchors.identifyTwoDirectionInputCorners(VPoint(-100, -100), VPoint(-100, -100), Point(0, 0),
                                                           Point(600, 20), Point(0, 0), Point(20, 400), corners));
     EXPECT_TRUE(corners.empty());
-}
-
-TEST(CornerCalculators, AxisThresholdsOfTheAnchorForms) {
-    // Anchors away from the corners, so that a slanted side shows in the corners' coordinates.
-    const Point a(10, 240), b(630, 240), c(320, 10), d(320, 470);
-    const VPoint far_above(320, -1e5), far_left(-1e5, 240);
-    CornerCalculatorMixedFromAnchorPoints anchors(kWidth, kHeight);
-    struct Case {
-        float angle;
-        bool exact;
-    };
-    const Case horizontal_cases[] = {{0.0f, true}, {0.19f, true}, {0.2f, false}, {179.8f, false}, {179.81f, true}};
-    // Limits compared in single precision: 89.6f and 90.4f lie within.
-    for (const Case& k : horizontal_cases) {
-        Corners corners;
-        ASSERT_TRUE(anchors.identifyVeritcalInputCorners(far_above, a, b, c, d, k.angle, corners)) << k.angle;
-        EXPECT_EQ(corners[0].y == c.y && corners[1].y == c.y && corners[3].y == d.y, k.exact) << k.angle;
-    }
-    const Case vertical_cases[] = {{89.59f, false}, {89.6f, true}, {90.0f, true}, {90.4f, true}, {90.41f, false}};
-    for (const Case& k : vertical_cases) {
-        Corners corners;
-        ASSERT_TRUE(anchors.identifyHorizontalInputCorners(far_left, a, b, c, d, k.angle, corners)) << k.angle;
-        EXPECT_EQ(corners[0].x == a.x && corners[3].x == a.x && corners[1].x == b.x, k.exact) << k.angle;
-        CornerCalculatorParallelFromAnchorPoints parallel(kWidth, kHeight);
-        ASSERT_TRUE(parallel.identifyVerticalInputCorners(k.angle, a, b, c, d, corners));
-        EXPECT_EQ(corners[0].x == a.x && corners[3].x == a.x, k.exact) << "parallel " << k.angle;
-    }
-}
-
-TEST(CornerCalculators, ParallelDirections) {
-    CornerCalculatorParallel calculator(kWidth, kHeight);
-    const Corners image{{0, 0}, {kW, 0}, {kW, kH}, {0, kH}};
-    Corners corners;
-    EXPECT_TRUE(calculator.estimate_parallel_virtual_corners(true, true, 0.0f, 90.0f, corners));
-    expect_corners(corners, image, 0.0f, "angle 0.0 gives the image's own edges");
-    EXPECT_TRUE(calculator.estimate_parallel_virtual_corners(false, false, 12.0f, 80.0f, corners));
-    expect_corners(corners, image, 0.0f, "no direction gives the image");
-
-    // Slanted both ways: the sides keep their slopes and enclose the image.
-    const float angles[][2] = {{5.0f, 85.0f}, {175.0f, 95.0f}, {5.0f, 95.0f}, {170.0f, 80.0f}};
-    for (const auto& pair : angles) {
-        ASSERT_TRUE(calculator.estimate_parallel_virtual_corners(true, true, pair[0], pair[1], corners));
-        expect_encloses_image(corners, "slanted");
-        const double top = std::atan2(corners[1].y - corners[0].y, corners[1].x - corners[0].x) * 180 / M_PI;
-        EXPECT_NEAR(top < 0 ? top + 180 : top, pair[0], 1e-3);
-        const double left = std::atan2(corners[3].y - corners[0].y, corners[3].x - corners[0].x) * 180 / M_PI;
-        EXPECT_NEAR(left < 0 ? left + 180 : left, pair[1], 1e-3);
-    }
-
-    // A vertical direction at 0 degrees never crosses the top: the corners stay at (0, 0), no fault.
-    EXPECT_TRUE(calculator.estimate_parallel_virtual_corners(true, true, 0.0f, 0.0f, corners));
-    expect_corners(corners, Corners(4, Point(0, 0)), 0.0f, "parallel neighbours");
 }
 
 TEST(CornerCalculators, AnchorCornersAreTheExtremes) {
@@ -328,52 +156,3 @@ TEST(CornerCalculators, MixedDirections) {
     }
 }
 
-TEST(CornerCalculators, AnchorFormsChosenByTheirFlags) {
-    const Point a(10, 200), b(600, 260), c(300, 20), d(330, 450);
-    const Corners box{{10, 20}, {600, 20}, {600, 450}, {10, 450}};
-    CornerCalculatorParallelFromAnchorPoints parallel(kWidth, kHeight);
-    Corners corners;
-    ASSERT_TRUE(parallel.identifyInputCorners(0.0f, 90.0f, true, true, a, b, c, d, corners));
-    expect_corners(corners, box, 1e-3f, "angles 0 and 90");
-    ASSERT_TRUE(parallel.identifyInputCorners(30.0f, 90.0f, false, true, a, b, c, d, corners));
-    expect_corners(corners, box, 0.0f, "vertical only: horizontal sides through c and d");
-    ASSERT_TRUE(parallel.identifyInputCorners(0.0f, 60.0f, true, false, a, b, c, d, corners));
-    expect_corners(corners, box, 1e-3f, "horizontal only: vertical sides through a and b");
-    corners = kSentinel;
-    EXPECT_FALSE(parallel.identifyInputCorners(0.0f, 90.0f, false, false, a, b, c, d, corners));
-    expect_corners(corners, kSentinel, 0.0f, "no direction");
-
-    // Without vanishing points the anchor form with points falls back to the angles.
-    CornerCalculatorMixedFromAnchorPoints anchors(kWidth, kHeight);
-    ASSERT_TRUE(anchors.identifyInputCorners(0.0f, 90.0f, VPoint(), VPoint(), false, false, a, b, c, d, corners));
-    expect_corners(corners, box, 1e-3f, "mixed form without points");
-    // One point: its sides pass through it, the others keep the angle.
-    ASSERT_TRUE(anchors.identifyInputCorners(0.0f, 90.0f, VPoint(), VPoint(300, -5000), false, true, a, b, c, d,
-                                             corners));
-    EXPECT_EQ(corners[0].y, 20.0f);
-    expect_side_through(corners[0], corners[3], VPoint(300, -5000), "left through the vertical point");
-}
-
-// 100 x 100: from (-99, 49.5) the lines through the left corners have slopes
-// -0.5 and 0.5; from (49.5, -99) those through the top corners -2 and 2.
-TEST(CornerCalculators, CorrespondingPairsKnownByConstruction) {
-    const CornerCalculatorProjective calculator(100, 100);
-    const Corners image{{0, 0}, {99, 0}, {99, 99}, {0, 99}};
-    Corners virtual_corners, image_corners;
-    ASSERT_TRUE(calculator.estimate_cp_pairs(VPoint(-99, 49.5), HORIZONTAL_DIRECTION, virtual_corners,
-                                             image_corners));
-    expect_corners(image_corners, image, 0.0f, "image corners");
-    expect_corners(virtual_corners, {{0, 0}, {99, -49.5f}, {99, 148.5f}, {0, 99}}, 1e-4f, "horizontal pairs");
-    ASSERT_TRUE(calculator.estimate_cp_pairs(VPoint(49.5, -99), VERTICAL_DIRECTION, virtual_corners, image_corners));
-    expect_corners(virtual_corners, {{0, 0}, {99, 0}, {148.5f, 99}, {-49.5f, 99}}, 1e-4f, "vertical pairs");
-    ASSERT_TRUE(calculator.estimate_virtual_corners(VPoint(49.5, 49.5), VPoint(49.5, -99), false, true,
-                                                    virtual_corners));
-    expect_corners(virtual_corners, {{0, 0}, {99, 0}, {148.5f, 99}, {-49.5f, 99}}, 1e-4f, "vertical by flags");
-    // A refused point still yields the image corners.
-    image_corners.clear();
-    virtual_corners = kSentinel;
-    EXPECT_FALSE(calculator.estimate_cp_pairs(VPoint(49.5, -99), HORIZONTAL_DIRECTION, virtual_corners,
-                                              image_corners));
-    expect_corners(image_corners, image, 0.0f, "image corners on failure");
-    expect_corners(virtual_corners, kSentinel, 0.0f, "virtual corners untouched");
-}
