@@ -10,6 +10,7 @@
 #include "pageanalysis/area_page_analysis.h"
 #include "pageanalysis/area_pageanalysis.h"
 #include "support/blob_scenes.h"
+#include "support/images.h"
 #include "support/text_pages.h"
 
 namespace {
@@ -42,11 +43,6 @@ int words(const TextPage& page, int gap) {
     return count;
 }
 
-bool same_pixels(const common::BasicImage& a, const common::BasicImage& b) {
-    return a.get_data_size() == b.get_data_size() &&
-           std::memcmp(a.get_data(), b.get_data(), static_cast<size_t>(a.get_data_size())) == 0;
-}
-
 TEST(AprioriPageanalysis, ResolutionOfAPageFollowsItsBodySize) {
     for (const int body : {11, 22, 44}) {
         SCOPED_TRACE(body);
@@ -60,8 +56,9 @@ TEST(AprioriPageanalysis, ResolutionOfAPageFollowsItsBodySize) {
     }
 }
 
-// An empty page has no text, no box and resolution 0; a page of one glyph
-// too little text, but its box is the mean.
+// An empty page has no text, no box and resolution 0, and so has a 1-bit
+// page for the gray analysis; a page of one glyph is too little text, but
+// its box is the mean.
 TEST(AprioriPageanalysis, AnEmptyPageHasNoTextAndResolutionZero) {
     const TextPage page = support::make_text_page([] {
         TextPageSpec spec;
@@ -75,6 +72,10 @@ TEST(AprioriPageanalysis, AnEmptyPageHasNoTextAndResolutionZero) {
     EXPECT_EQ(width, 0);
     EXPECT_EQ(height, 0);
     EXPECT_EQ(analysis.obtain_spatial_resolution(), 0);
+    // Text-picture separation reads gray pages only.
+    const TextPage full = support::make_text_page(TextPageSpec());
+    geometric::AprioriPageanalysis of_ink(&full.ink, nullptr);
+    EXPECT_FALSE(of_ink.run_page_analysis());
 
     TextPageSpec one;
     one.lines = 1;
@@ -126,11 +127,11 @@ TEST(AreaPageanalysis, DrawsTheRegularAndTheIrregularBlobs) {
     ASSERT_TRUE(analysis.run_page_analysis());
     common::BasicImage drawn;
     analysis.obtain_normal_text_image(drawn);
-    EXPECT_TRUE(same_pixels(drawn, page.ink));
+    EXPECT_TRUE(support::same_bytes(drawn, page.ink));
     analysis.obtain_irregular_text_image(drawn);
-    EXPECT_TRUE(same_pixels(drawn, block));
+    EXPECT_TRUE(support::same_bytes(drawn, block));
     analysis.obtain_all_text_image(drawn);
-    EXPECT_TRUE(same_pixels(drawn, with_block));
+    EXPECT_TRUE(support::same_bytes(drawn, with_block));
     EXPECT_EQ(drawn.get_x_resolution(), 300);
 }
 
@@ -156,7 +157,7 @@ TEST(AreaPageAnalysisCollector, KeepsWordsOfOrdinaryAreaAndLeavesThePageAlone) {
         ASSERT_EQ(collector->irregular_blobs.size(), 1u);
         EXPECT_EQ(collector->irregular_blobs.front().box.top, 698);
     }
-    EXPECT_TRUE(same_pixels(page.ink, ink_before));
+    EXPECT_TRUE(support::same_bytes(page.ink, ink_before));
 
     common::BasicImage binary;
     common::BasicImage* gray = &binary;

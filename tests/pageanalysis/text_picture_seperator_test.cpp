@@ -7,12 +7,11 @@
 #include <list>
 
 #include "components/connected_component_calculator.h"
-#include "pageanalysis/apriori_pageanalysis.h"
-#include "support/blob_scenes.h"
 #include "pageanalysis/connected_compnent_classifier.h"
-#include "support/text_pages.h"
 #include "pageanalysis/text_picture_seperator.h"
 #include "pixel/geo_morphological.h"
+#include "support/blob_scenes.h"
+#include "support/text_pages.h"
 
 namespace {
 
@@ -58,13 +57,6 @@ TEST(TextPictureSeparation, BodyGlyphsAreTextThickStemsAndThePhotoArePicture) {
         // Nothing of the photo.
         EXPECT_EQ(blobs.size(), page.glyph_boxes.size() + headline_text);
     }
-}
-
-TEST(TextPictureSeparation, OnlyGrayPagesAreSeparated) {
-    const TextPage page = support::make_text_page(TextPageSpec());
-    geometric::AprioriPageanalysis analysis(&page.ink, nullptr);
-    EXPECT_FALSE(analysis.run_page_analysis());
-    EXPECT_TRUE(analysis.filter.regular_blobs.empty());
 }
 
 // The classification on the exact ink of a line of glyphs `ink` on paper of

@@ -211,11 +211,6 @@ inline TextPage make_text_page(const TextPageSpec& spec) {
     return page;
 }
 
-// True when the two boxes share a pixel.
-inline bool boxes_meet(const geometric::Geobox<int>& a, const geometric::Geobox<int>& b) {
-    return a.left <= b.right && b.left <= a.right && a.top <= b.bottom && b.top <= a.bottom;
-}
-
 }  // namespace support
 
 #endif
