@@ -18,7 +18,7 @@
 #include <opencv2/imgproc.hpp>
 #endif
 #ifdef MORVANE_HAVE_LEPTONICA
-#include <leptonica/allheaders.h>
+#include "leptonica_pix.h"
 #endif
 
 namespace {
@@ -135,18 +135,7 @@ BENCHMARK(BM_OpenCVConnectedComponentsWithStats)->Unit(benchmark::kMillisecond);
 #ifdef MORVANE_HAVE_LEPTONICA
 // The same 1 bpp page, 8-connected, boxes only.
 void BM_LeptonicaPixConnComp(benchmark::State& state) {
-    const common::BasicImage image = binary_page();
-    PIX* pix = pixCreate(kWidth, kHeight, 1);
-    l_uint32* words = pixGetData(pix);
-    const int words_per_line = pixGetWpl(pix);
-    for (int y = 0; y < kHeight; ++y) {
-        const unsigned char* line = image.get_line_pointer(y);
-        for (int w = 0; w < words_per_line; ++w) {
-            const unsigned char* b = line + 4 * w;
-            words[y * words_per_line + w] = (static_cast<l_uint32>(b[0]) << 24) | (static_cast<l_uint32>(b[1]) << 16) |
-                                            (static_cast<l_uint32>(b[2]) << 8) | b[3];
-        }
-    }
+    PIX* pix = bench_leptonica::to_pix(binary_page());
     int components = 0;
     for (auto _ : state) {
         BOXA* boxes = pixConnComp(pix, nullptr, 8);

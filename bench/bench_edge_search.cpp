@@ -1,11 +1,7 @@
-// The page-edge search on a 12-megapixel phone photo, end to end from the
-// caller's record to the corners, and each of its stages alone on the same
-// photo, so that the share of each stage can be read off the medians.
-//
-// The photo is the bundled sample (samples/page.jpg, 1800 x 2400) scaled up
-// bilinearly to 3000 x 4000 RGB: a page in perspective on a desk, as a phone
-// camera takes it. It is decoded through the tool's codecs, which is why this
-// program exists only when the tools are built.
+// The page-edge search on a 12-megapixel phone photo (sample_photo.h), end
+// to end from the caller's record to the corners, and each of its stages
+// alone on the same photo, so that the share of each stage can be read off
+// the medians.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -18,64 +14,16 @@
 #include "common/basic_image.h"
 #include "cornersearch/adaptive_contour_generator.h"
 #include "cornersearch/bounding_edge_registration.h"
-#include "image_file.h"
 #include "morvane/morvane.h"
 #include "registration/hybrid_registration.h"
 #include "registration/line_registration.h"
+#include "sample_photo.h"
 
 namespace {
 
-constexpr int kWidth = 3000;
-constexpr int kHeight = 4000;
-
-constexpr double kScale = 5.0 / 3.0;  // 1800 x 2400 to 3000 x 4000
-
-struct Photo {
-    std::vector<unsigned char> rgb;
-    ImageCApi record() const {
-        return ImageCApi{kWidth, kHeight, 0, 0, 3, 0, const_cast<unsigned char*>(rgb.data())};
-    }
-};
-
-const Photo& photo() {
-    static const Photo scaled = [] {
-        Photo p;
-        scan::Raster source;
-        try {
-            source = scan::read_image_file(MORVANE_SAMPLE_PHOTO);
-        } catch (const std::exception& e) {
-            std::fprintf(stderr, "%s\n", e.what());
-            std::exit(2);
-        }
-        if (source.channels != 3 || source.binary) {
-            std::fprintf(stderr, "the sample photo is not RGB\n");
-            std::exit(2);
-        }
-        p.rgb.resize(static_cast<std::size_t>(kWidth) * kHeight * 3);
-        const double sx = static_cast<double>(source.width) / kWidth;
-        const double sy = static_cast<double>(source.height) / kHeight;
-        for (int y = 0; y < kHeight; ++y) {
-            const double fy = std::max(0.0, (y + 0.5) * sy - 0.5);
-            const int y0 = std::min(static_cast<int>(fy), source.height - 1);
-            const int y1 = std::min(y0 + 1, source.height - 1);
-            const double wy = fy - y0;
-            for (int x = 0; x < kWidth; ++x) {
-                const double fx = std::max(0.0, (x + 0.5) * sx - 0.5);
-                const int x0 = std::min(static_cast<int>(fx), source.width - 1);
-                const int x1 = std::min(x0 + 1, source.width - 1);
-                const double wx = fx - x0;
-                for (int c = 0; c < 3; ++c) {
-                    const double top = source.row(y0)[3 * x0 + c] * (1 - wx) + source.row(y0)[3 * x1 + c] * wx;
-                    const double bottom = source.row(y1)[3 * x0 + c] * (1 - wx) + source.row(y1)[3 * x1 + c] * wx;
-                    p.rgb[(static_cast<std::size_t>(y) * kWidth + x) * 3 + c] =
-                        static_cast<unsigned char>(top * (1 - wy) + bottom * wy + 0.5);
-                }
-            }
-        }
-        return p;
-    }();
-    return scaled;
-}
+using bench_sample::kScale;
+using bench_sample::photo;
+using bench_sample::working_image;
 
 // The sample's known corners (the eight numbers of samples/page.corners, after
 // its comment lines), in pixels of the sample.
@@ -141,17 +89,6 @@ void BM_WorkingImage(benchmark::State& state) {
     state.counters["rate"] = rate;
 }
 BENCHMARK(BM_WorkingImage)->Unit(benchmark::kMillisecond);
-
-// The working image of the photo, made once for the later stages.
-const common::BasicImage& working_image() {
-    static std::unique_ptr<common::BasicImage> working = [] {
-        hybrid::HybridRegistration driver;
-        driver.set_input_image(photo().record());
-        driver.preprocessing();
-        return std::make_unique<common::BasicImage>(*driver.downsampled_image);
-    }();
-    return *working;
-}
 
 // The contour image of the binary stage (binary objects) or of the edge stage (edge objects).
 void make_contour_image(const common::BasicImage& work, bool edges, common::BasicImage& contours) {

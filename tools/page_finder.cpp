@@ -119,13 +119,19 @@ Raster binarize_page(const Raster& page, int method, int window, float k) {
     });
 }
 
-// Of the binarizations the Sauvola method is here, the multi-scale one not
-// yet; the resolution estimate reads a page analysis that the searches do
-// not produce yet. This build offers what it has rather than report made-up
-// values.
-bool binarization_available(const std::string& method) { return method == "sauvola"; }
+int estimate_resolution(const Raster& image) {
+    return call_library([&] {
+        const Handle handle = corrector();
+        const ImageCApi input = image.c_api();
+        int dots_per_inch = 0;
+        estimate_spatial_resolution(handle.get(), &input, &dots_per_inch);
+        return dots_per_inch;
+    });
+}
 
-bool resolution_estimate_available() { return false; }
+// Of the binarizations the Sauvola method is here, the multi-scale one not
+// yet. This build offers what it has rather than report made-up values.
+bool binarization_available(const std::string& method) { return method == "sauvola"; }
 
 ControlPointCorners whole_image_corners(const Raster& image) {
     const int right = image.width - 1;

@@ -1,6 +1,7 @@
 // The library calls of morvane-scan: finding the page's corners,
-// rectifying and binarizing. The *_available() answers tell which methods
-// the library offers yet, so that the tool says so instead of calling.
+// rectifying, binarizing and the resolution estimate. binarization_available
+// tells which methods the library offers yet, so that the tool says so
+// instead of calling.
 #ifndef MORVANE_TOOLS_PAGE_FINDER_H
 #define MORVANE_TOOLS_PAGE_FINDER_H
 
@@ -26,10 +27,13 @@ Raster rectify_with_fill(const Raster& image, const ControlPointCorners& corners
 // The corner search family, method 0 to 7.
 FindOutcome find_with_engine(int method, const Raster& image);
 
-// Binarization and the resolution estimate need methods that the library
-// gains one by one; these answer whether this build has them.
+// Binarization needs methods that the library gains one by one; this
+// answers whether this build has the method.
 bool binarization_available(const std::string& method);
-bool resolution_estimate_available();
+
+// The image's resolution in dots per inch from the size of its characters,
+// the image analysed alone; 300 when it shows too little text.
+int estimate_resolution(const Raster& image);
 
 // The black-and-white form of a straightened page (1 bit a pixel, a set bit
 // is ink) by the library's method 0 (Sauvola) or 1 (multi-scale). window

@@ -112,8 +112,9 @@ void write_overlay(const Raster& image, const ScanOptions& options, JobReport& r
     report.overlay_ms = milliseconds_since(start);
 }
 
-// Decode, find, then write what was asked for. Problems of the image or of
-// the library leave as ImageProblem; those of files as ScanError.
+// Decode, find, estimate the resolution when asked, then write what was
+// asked for. Problems of the image or of the library leave as ImageProblem;
+// those of files as ScanError.
 void process(const ScanOptions& options, JobReport& report) {
     Clock::time_point start = Clock::now();
     const Raster image = read_image_file(report.paths.input);
@@ -126,6 +127,12 @@ void process(const ScanOptions& options, JobReport& report) {
     find(image, options, report);
     report.find_ms = milliseconds_since(start);
 
+    if (options.dpi) {
+        start = Clock::now();
+        report.dpi = estimate_resolution(image);
+        report.has_dpi = true;
+        report.dpi_ms = milliseconds_since(start);
+    }
     if (!report.paths.output.empty() && (report.page_found || options.always_write)) write_page(image, options, report);
     if (!report.paths.overlay.empty()) write_overlay(image, options, report);
     report.exit_code = report.page_found ? kExitPageWritten : kExitNoPage;

@@ -43,7 +43,11 @@ struct JobReport {
     int output_width = 0;
     int output_height = 0;
 
-    double decode_ms = 0, find_ms = 0, rectify_ms = 0, encode_ms = 0, binarize_ms = 0, overlay_ms = 0, total_ms = 0;
+    bool has_dpi = false;  // --dpi: the estimate below was made
+    int dpi = 0;
+
+    double decode_ms = 0, find_ms = 0, rectify_ms = 0, encode_ms = 0, binarize_ms = 0, dpi_ms = 0, overlay_ms = 0,
+           total_ms = 0;
 };
 
 JobReport run_job(const JobPaths& paths, const ScanOptions& options);

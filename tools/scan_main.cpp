@@ -71,9 +71,6 @@ void check_available(const ScanOptions& options) {
     if (!options.binarize.empty() && !binarization_available(options.binarize)) {
         throw ScanError("--binarize " + options.binarize + " is not available in this build yet");
     }
-    if (options.dpi && !resolution_estimate_available()) {
-        throw ScanError("--dpi is not available in this build: the resolution estimate needs page analysis");
-    }
 }
 
 // Where each input's results go; refuses collisions before any work.

@@ -41,11 +41,14 @@ std::string outcome_words(const JobReport& report) {
     return words + " (" + report.meaning + ")";
 }
 
-// ", binarize 0.12" when the black-and-white page was made.
-std::string binarize_time(const JobReport& report) {
-    if (!report.bitonal_written) return std::string();
-    char text[40];
-    std::snprintf(text, sizeof text, ", binarize %.2f", report.binarize_ms / 1000.0);
+// ", binarize 0.12" when the black-and-white page was made, ", resolution
+// 0.05" when the resolution was estimated.
+std::string optional_times(const JobReport& report) {
+    char text[80] = "";
+    std::size_t used = 0;
+    if (report.bitonal_written)
+        used += std::snprintf(text, sizeof text, ", binarize %.2f", report.binarize_ms / 1000.0);
+    if (report.has_dpi) std::snprintf(text + used, sizeof text - used, ", resolution %.2f", report.dpi_ms / 1000.0);
     return text;
 }
 
@@ -69,10 +72,11 @@ std::string summary_text(const JobReport& report) {
     }
     if (report.bitonal_written) text += "  black-and-white page written to " + paths.bitonal + "\n";
     if (report.overlay_written) text += "  overlay written to " + paths.overlay + "\n";
-    char times[200];
+    if (report.has_dpi) text += "  resolution: " + std::to_string(report.dpi) + " dpi\n";
+    char times[240];
     std::snprintf(times, sizeof times, "  time: %s (decode %.2f, find %.2f, rectify %.2f, encode %.2f%s)\n",
                   seconds(report.total_ms).c_str(), report.decode_ms / 1000.0, report.find_ms / 1000.0,
-                  report.rectify_ms / 1000.0, report.encode_ms / 1000.0, binarize_time(report).c_str());
+                  report.rectify_ms / 1000.0, report.encode_ms / 1000.0, optional_times(report).c_str());
     return text + times;
 }
 
@@ -82,6 +86,7 @@ std::string progress_line(const JobReport& report, std::size_t index, std::size_
     if (report.exit_code == kExitUsageOrFile) return line + ": failed";
     line += ": " + outcome_words(report);
     if (report.written) line += ", " + std::to_string(report.output_width) + " x " + std::to_string(report.output_height);
+    if (report.has_dpi) line += ", " + std::to_string(report.dpi) + " dpi";
     return line + ", " + seconds(report.total_ms);
 }
 
@@ -112,14 +117,19 @@ std::string json_report(const JobReport& report) {
     }
     json.text_or_null("bitonal", report.bitonal_written ? report.paths.bitonal : std::string());
     json.text_or_null("overlay", report.overlay_written ? report.paths.overlay : std::string());
-    // The estimate is not in this build: null, never a made-up 300.
-    json.null("dpi");
+    // Null when not asked for (--dpi).
+    if (report.has_dpi) {
+        json.number("dpi", static_cast<long long>(report.dpi));
+    } else {
+        json.null("dpi");
+    }
     JsonObject times;
     times.number("decode", report.decode_ms, 1)
         .number("find", report.find_ms, 1)
         .number("rectify", report.rectify_ms, 1)
         .number("encode", report.encode_ms, 1)
         .number("binarize", report.binarize_ms, 1)
+        .number("resolution", report.dpi_ms, 1)
         .number("overlay", report.overlay_ms, 1)
         .number("total", report.total_ms, 1);
     json.raw("times_ms", times.str()).number("exit", static_cast<long long>(report.exit_code));

@@ -6,9 +6,19 @@
 
 namespace geometric {
 
+namespace {
+const char* const kOutputIsEmpty = "the output image is empty";
+}
+
 Binarization::Binarization(const common::Image* input, common::BasicImage* output)
     : input(input), output(output), despeckle(true) {
-    if (output == nullptr) throw Geometricexception("the output image is empty");
+    if (output == nullptr) throw Geometricexception(kOutputIsEmpty);
+}
+
+void Binarization::set_images(const common::Image* input_, common::BasicImage* output_) {
+    if (output_ == nullptr) throw Geometricexception(kOutputIsEmpty);
+    input = input_;
+    output = output_;
 }
 
 Binarization::~Binarization() {}

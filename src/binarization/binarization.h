@@ -24,6 +24,10 @@ public:
     // UNKNOWN); the output is then reset and empty.
     bool run_binarization();
 
+    // Points the binarizer at other images, for a caller that keeps one
+    // binarizer for many images; the same rules as the constructor's.
+    void set_images(const common::Image* input, common::BasicImage* output);
+
     // True for GRAY; RGB is converted in place by luminance; false otherwise.
     bool convert_image_to_grey_level(std::shared_ptr<common::BasicImage> image);
     // The working copy, or the input itself before there is one.

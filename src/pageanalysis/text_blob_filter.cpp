@@ -26,6 +26,30 @@ bool box_holds(const Geobox<int>& box, const Geocoordinate<float>& point) {
 
 }  // namespace
 
+float obtain_mean_blob_area(const std::list<TextBlob>& blobs, unsigned area_floor) {
+    float sum = 0.0f;
+    unsigned count = 0;
+    for (const TextBlob& blob : blobs) {
+        if (blob.area <= area_floor) continue;
+        sum += static_cast<float>(blob.area);
+        ++count;
+    }
+    if (count == 0) return std::numeric_limits<float>::quiet_NaN();
+    return sum / static_cast<float>(count);
+}
+
+void move_blobs_outside_area(std::list<TextBlob>& blobs, std::list<TextBlob>& outside, float low, float high) {
+    for (std::list<TextBlob>::iterator it = blobs.begin(); it != blobs.end();) {
+        const float area = static_cast<float>(it->area);
+        std::list<TextBlob>::iterator current = it++;
+        if (area < low || area > high) outside.splice(outside.end(), blobs, current);
+    }
+}
+
+bool box_touches_image_border(const Geobox<int>& box, int width, int height) {
+    return box.right == width - 1 || box.left == 0 || box.bottom == height - 1 || box.top == 0;
+}
+
 TestBlobFilterPara& TestBlobFilterPara::operator=(const SimplePageanalysisPara& simple) {
     angle_tolerance = simple.angle_tolerance;
     minimum_text_blobs = simple.minimum_text_blobs;
@@ -77,17 +101,7 @@ int TextBlobFilter::select_blob_for_vertical_vp(std::vector<GeolineBasePoints<fl
     return lines.size() >= kThirdPassLines ? 3 : 0;
 }
 
-float TextBlobFilter::obtain_text_area_mean() const {
-    float sum = 0.0f;
-    unsigned count = 0;
-    for (const TextBlob& blob : regular_blobs) {
-        if (blob.area <= para.area_floor) continue;
-        sum += static_cast<float>(blob.area);
-        ++count;
-    }
-    if (count == 0) return std::numeric_limits<float>::quiet_NaN();
-    return sum / static_cast<float>(count);
-}
+float TextBlobFilter::obtain_text_area_mean() const { return obtain_mean_blob_area(regular_blobs, para.area_floor); }
 
 unsigned TextBlobFilter::obtain_text_area_median() const {
     std::vector<unsigned> areas;
@@ -106,15 +120,11 @@ void TextBlobFilter::filter_by_proximity() {
 
 void TextBlobFilter::filter_by_area(float low, float high) {
     irregular_blobs.clear();
-    for (std::list<TextBlob>::iterator it = regular_blobs.begin(); it != regular_blobs.end();) {
-        const float area = static_cast<float>(it->area);
-        std::list<TextBlob>::iterator current = it++;
-        if (area < low || area > high) irregular_blobs.splice(irregular_blobs.end(), regular_blobs, current);
-    }
+    move_blobs_outside_area(regular_blobs, irregular_blobs, low, high);
 }
 
 bool TextBlobFilter::near_the_border(const Geobox<int>& box) const {
-    return box.right == width - 1 || box.left == 0 || box.bottom == height - 1 || box.top == 0;
+    return box_touches_image_border(box, width, height);
 }
 
 void TextBlobFilter::obtain_regular_text_bottom_centers(std::vector<Geocoordinate<float>>& points) const {

@@ -45,6 +45,18 @@ struct TestBlobFilterPara {
     TestBlobFilterPara& operator=(const SimplePageanalysisPara& simple);
 };
 
+// The list rules that the filter and the newer page analysis share.
+
+// Mean area of the blobs whose area is above area_floor, the sum kept in
+// single precision; not-a-number when there is none.
+float obtain_mean_blob_area(const std::list<TextBlob>& blobs, unsigned area_floor);
+// Moves to the end of `outside` the blobs of `blobs` whose area is below low
+// or above high; the bounds themselves stay. Not-a-number bounds move nothing.
+void move_blobs_outside_area(std::list<TextBlob>& blobs, std::list<TextBlob>& outside, float low, float high);
+// True when the box reaches the first or last column or line of a width by
+// height image.
+bool box_touches_image_border(const Geobox<int>& box, int width, int height);
+
 class TextBlobFilter {
 public:
     TextBlobFilter() : width(0), height(0) {}

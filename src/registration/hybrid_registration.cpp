@@ -11,6 +11,8 @@
 #include "common/image_c_api_transformer.h"
 #include "cornersearch/corner_examiner.h"
 #include "correction/projective_correction.h"
+#include "pageanalysis/apriori_pageanalysis.h"
+#include "pageanalysis/area_pageanalysis.h"
 #include "pixel/image_integer_down_sampling.h"
 #include "registration/line_registration.h"
 #include "registration/pending_search_registration.h"
@@ -30,12 +32,24 @@ const char* const kBinaryOutputSize = "the binarized image must be a 1-bit image
 // The resolution that an image without a usable page analysis is taken to have.
 const int kDefaultResolution = 300;
 
-// Page analysis of a gray image for its character size, in dots per inch.
-// The analysis is not part of the library yet: it finds nothing, and every
-// estimate falls back to the default resolution.
-bool apriori_resolution(const common::Image& /*gray*/, int& /*dots_per_inch*/) { return false; }
-// The same for an image of any other type.
-bool area_resolution(const common::Image& /*image*/, int& /*dots_per_inch*/) { return false; }
+// Dots per inch of a page from the character size that its analysis finds;
+// false when the analysis finds too little text.
+bool page_resolution(geometric::Pageanalysis& analysis, int& dots_per_inch) {
+    if (!analysis.run_page_analysis()) return false;
+    dots_per_inch = analysis.obtain_spatial_resolution();
+    return true;
+}
+
+// A gray page is analysed by text-picture separation ...
+bool apriori_resolution(const common::Image& gray, int& dots_per_inch) {
+    geometric::AprioriPageanalysis analysis(&gray, nullptr);
+    return page_resolution(analysis, dots_per_inch);
+}
+// ... an image of any other type by dilation and area, which serves binary pages.
+bool area_resolution(const common::Image& image, int& dots_per_inch) {
+    geometric::AreaPageanalysis analysis(&image, nullptr);
+    return page_resolution(analysis, dots_per_inch);
+}
 
 }  // namespace
 
@@ -409,7 +423,8 @@ void HybridRegistration::obtain_binarized_corrected_image(const common::Image& i
 }
 
 int HybridRegistration::estimate_spatial_resolution() {
-    // The feature search keeps no page analysis yet, so the working image is analysed on its own.
+    // The feature search keeps no page analysis of its own yet: the working
+    // image is analysed alone, and its resolution scaled up by the rate.
     if (downsampled_image == nullptr) return kDefaultResolution;
     int dots_per_inch = 0;
     if (apriori_resolution(*downsampled_image, dots_per_inch)) return dots_per_inch * downsampling_rate;

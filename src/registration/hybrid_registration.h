@@ -137,9 +137,13 @@ public:
     // lacks, for a BGRA or UNKNOWN input and for an output of another kind.
     void obtain_binarized_corrected_image(const common::Image& input, common::Image& output);
 
-    // Dots per inch from the run's own page analysis, times the rate; 300 when none can be made.
+    // Dots per inch of the bound input: the working image's page analysis
+    // (text-picture separation), times the rate; 300 before the first run
+    // or when the analysis finds too little text.
     int estimate_spatial_resolution();
-    // Dots per inch of an image alone, no rate; 300 when its analysis fails.
+    // Dots per inch of an image alone, no rate: a GRAY image, or the
+    // luminance of an RGB one, by text-picture separation, any other by
+    // dilation and area; 300 when the analysis finds too little text.
     int estimate_spatial_resolution(common::Image& image);
 
     // 0 Sauvola, 1 multi-scale.

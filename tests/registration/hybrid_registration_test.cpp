@@ -1,14 +1,17 @@
 // The corrector's driver: the result codes, the output check, the rounding and
 // reset of corners, the fill colour from reset corners. The exported
 // functions' tests cover the refusals at their limits, the rate, the working
-// image and the caller's fill colour.
+// image and the caller's fill colour. The resolution estimate of an image
+// alone and of the bound input.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <vector>
 
 #include "common/basic_image.h"
 #include "registration/hybrid_registration.h"
 #include "support/images.h"
+#include "support/text_pages.h"
 
 using common::BasicImage;
 using geometric::Geocoordinate;
@@ -128,4 +131,47 @@ TEST(HybridFill, ResetCornersGiveTheBrightestPixelUnderThem) {
         EXPECT_EQ(driver.perform_correction(output), 1);
         EXPECT_EQ(output.get_pixel(0, 0), c.expected);
     }
+}
+
+// Pages of body text 44 rows high. An image alone is analysed as it is: a
+// gray page, and the luminance of an RGB one, by text-picture separation
+// (whose smoothing adds up to two rows at a glyph's foot); a 1-bit page by
+// dilation and area, whose blobs are two rows taller at each end. The bound
+// input is analysed on the working image, here half as high, and the
+// answer doubled. Too little text gives 300, as before any run.
+TEST(HybridResolution, EstimatesFromTheCharacterSize) {
+    support::TextPageSpec spec;
+    spec.width = 1000;
+    spec.height = 1600;
+    spec.body_height = 44;
+    spec.glyph_width = 28;
+    spec.stroke = 6;
+    spec.glyph_gap = 10;
+    spec.line_pitch = 88;
+    spec.lines = 12;
+    const support::TextPage page = support::make_text_page(spec);
+    BasicImage rgb(page.gray.get_height(), page.gray.get_width(), common::RGB);
+    for (int i = 0; i < page.gray.get_data_size(); ++i)
+        std::memset(rgb.get_data() + 3 * i, page.gray.get_data()[i], 3);
+    const auto dots = [](int rows) { return static_cast<int>(300.0f * (static_cast<float>(rows) / 22.0f)); };
+
+    BasicImage input(page.gray);
+    HybridRegistration driver(&input);
+    EXPECT_EQ(driver.estimate_spatial_resolution(), 300);
+    const int gray = driver.estimate_spatial_resolution(input);
+    EXPECT_GE(gray, dots(44));
+    EXPECT_LE(gray, dots(46));
+    EXPECT_EQ(driver.estimate_spatial_resolution(rgb), gray);
+    BasicImage ink(page.ink);
+    EXPECT_EQ(driver.estimate_spatial_resolution(ink), dots(48));
+    for (common::ImageType type : {common::GRAY, common::RGB, common::BINARY, common::BGRA}) {
+        BasicImage blank(20, 20, type);
+        EXPECT_EQ(driver.estimate_spatial_resolution(blank), 300) << type;
+    }
+
+    driver.run_program();
+    ASSERT_EQ(driver.downsampling_rate, 2);
+    const int bound = driver.estimate_spatial_resolution();
+    EXPECT_GE(bound, 2 * dots(22));
+    EXPECT_LE(bound, 2 * dots(24));
 }

@@ -1,0 +1,131 @@
+// Eigenpoints grouped along text lines: the bottom centres of the glyphs of
+// a turned page, and rows of points at the limits of each rule.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
+
+#include "pageanalysis/apriori_pageanalysis.h"
+#include "support/text_pages.h"
+#include "textgeometry/geoline_least_square.h"
+#include "textlines/eignpoints_cluster.h"
+
+namespace {
+
+using geometric::EignpointsCluster;
+using geometric::EignpointsClusteringConstraints;
+using geometric::Geocoordinate;
+using Points = std::vector<Geocoordinate<float>>;
+
+EignpointsClusteringConstraints constraints(float neighbor_distance, float line_distance) {
+    EignpointsClusteringConstraints c;
+    c.neighbor_distance = neighbor_distance;
+    c.line_distance = line_distance;
+    return c;
+}
+
+// n points `spacing` apart from (100, 100), rising to the right by `degrees`.
+Points row(int n, float spacing, double degrees) {
+    const double a = degrees * 3.14159265358979323846 / 180.0;
+    Points points;
+    for (int i = 0; i < n; ++i)
+        points.emplace_back(static_cast<float>(100.0 + i * spacing * std::cos(a)),
+                            static_cast<float>(100.0 - i * spacing * std::sin(a)));
+    return points;
+}
+
+Points with(Points points, float x, float y) {
+    points.emplace_back(x, y);
+    return points;
+}
+
+// Two lines of glyphs 20 pixels apart (14 wide, 6 between), the page turned
+// by 6 degrees and a little in perspective: with the neighbour distance at
+// three spacings and the line distance at one, each line is one group, and
+// each group's line runs along its baseline.
+TEST(EignpointsCluster, GroupsTheGlyphsOfEachLineOfATurnedPage) {
+    support::TextPageSpec spec;
+    spec.width = 800;
+    spec.height = 500;
+    spec.left = 100;
+    spec.right = 700;
+    spec.top = 180;
+    spec.lines = 2;
+    spec.line_pitch = 70;
+    spec.homography = support::turned_homography(6.0, 400.0, 250.0, 0.0002);
+    const support::TextPage page = support::make_text_page(spec);
+    geometric::AprioriPageanalysis analysis(&page.gray, nullptr);
+    ASSERT_TRUE(analysis.run_page_analysis());
+    Points points;
+    analysis.obtain_regular_text_bottom_centers(points);
+
+    EignpointsCluster cluster(constraints(60.0f, 20.0f));
+    std::vector<Points> groups;
+    ASSERT_TRUE(cluster.perform_eignpoints_clustering(points, groups));
+    ASSERT_EQ(groups.size(), 2u);
+    for (std::size_t i = 0; i < 2; ++i) {
+        SCOPED_TRACE(i);
+        // Blobs come top line first, so the groups do too.
+        geometric::GeolineLeastSquare baseline, found;
+        baseline.fit(page.baselines[i]);
+        found.fit(groups[i]);
+        EXPECT_EQ(groups[i].size(), page.baselines[i].size());
+        // A turned glyph's box reaches below its own foot, and the
+        // binarization adds up to two rows: a few pixels, against 70 between lines.
+        for (const Geocoordinate<float>& p : groups[i]) EXPECT_LT(baseline.point_distance(p), 5.0);
+        EXPECT_NEAR(found.line_angle(), baseline.line_angle(), 0.5);
+    }
+}
+
+TEST(EignpointsCluster, LimitsOfTheWalk) {
+    struct Case {
+        const char* what;
+        Points points;
+        EignpointsClusteringConstraints limits;
+        std::vector<std::size_t> sizes;
+    };
+    const Case cases[] = {
+        {"the nearest point at exactly the neighbour distance ends the walk", row(8, 10.0f, 0.0),
+         constraints(10.0f, 5.0f), {}},
+        {"just inside it the row is one group", row(8, 10.0f, 0.0), constraints(10.01f, 5.0f), {8}},
+        {"seven points are too few for a group", row(7, 10.0f, 0.0), constraints(15.0f, 5.0f), {}},
+        {"a row leaning 25 degrees makes no group", row(8, 10.0f, 25.0), constraints(15.0f, 5.0f), {}},
+        {"a row leaning 15 degrees does, each point on the line of the two before", row(8, 10.0f, 15.0),
+         constraints(15.0f, 1.0f), {8}},
+        {"a candidate at exactly the line distance is refused", with(row(8, 10.0f, 0.0), 180.0f, 103.0f),
+         constraints(15.0f, 3.0f), {8}},
+        {"one just inside it joins", with(row(8, 10.0f, 0.0), 180.0f, 102.9f), constraints(15.0f, 3.0f), {9}},
+        {"sixteen points make two groups when the second row starts far away",
+         [] {
+             Points two = row(8, 10.0f, 0.0);
+             for (const Geocoordinate<float>& p : row(8, 10.0f, 0.0)) two.emplace_back(p.x + 500.0f, p.y);
+             return two;
+         }(),
+         constraints(15.0f, 3.0f), {8, 8}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        Points points = c.points;
+        EignpointsCluster cluster(c.limits);
+        std::vector<Points> groups(1);  // cleared by the clustering
+        EXPECT_EQ(cluster.perform_eignpoints_clustering(points, groups), !c.sizes.empty());
+        std::vector<std::size_t> sizes;
+        for (const Points& g : groups) sizes.push_back(g.size());
+        EXPECT_EQ(sizes, c.sizes);
+    }
+}
+
+// The four points are noted from the input even when nothing groups; among
+// equal x the first counts.
+TEST(EignpointsCluster, NotesTheEndsOfTheInput) {
+    Points points = {{30, 5}, {10, 7}, {50, 1}, {10, 9}, {50, 3}, {20, 4}};
+    EignpointsCluster cluster(constraints(15.0f, 3.0f));
+    std::vector<Points> groups;
+    EXPECT_FALSE(cluster.perform_eignpoints_clustering(points, groups));
+    EXPECT_EQ(cluster.first_point.x, 30.0f);
+    EXPECT_EQ(cluster.last_point.x, 20.0f);
+    EXPECT_EQ(cluster.leftmost_point.y, 7.0f);
+    EXPECT_EQ(cluster.rightmost_point.y, 1.0f);
+}
+
+}  // namespace
