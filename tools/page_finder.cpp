@@ -127,6 +127,16 @@ bool binarization_available(const std::string& method) { return method == "sauvo
 
 bool resolution_estimate_available() { return false; }
 
+int estimate_resolution(const Raster& image) {
+    return call_library([&] {
+        const Handle handle = corrector();
+        const ImageCApi input = image.c_api();
+        int dots_per_inch = 0;
+        estimate_spatial_resolution(handle.get(), &input, &dots_per_inch);
+        return dots_per_inch;
+    });
+}
+
 ControlPointCorners whole_image_corners(const Raster& image) {
     const int right = image.width - 1;
     const int bottom = image.height - 1;

@@ -40,6 +40,10 @@ Raster binarize_page(const Raster& page, int method, int window, float k);
 // border. Throws ImageProblem when the page would be too large.
 Raster rectify(const Raster& image, const ControlPointCorners& corners);
 
+// The resolution of the image's text in dots per inch, the image analysed
+// alone; the library answers 300 when its analysis finds no text.
+int estimate_resolution(const Raster& image);
+
 // The image's own corners: rectifying with them gives the whole image.
 ControlPointCorners whole_image_corners(const Raster& image);
 

@@ -75,12 +75,34 @@ std::string number(double value) {
 // Every option, in the order --help lists them.
 std::vector<Section> option_table() {
     return {
+        {"Input",
+         {{{}, false, nullptr, "INPUT", {"a JPEG or PNG file, or - for standard input"}},
+          {{"--ignore-orientation"}, false, [](ScanOptions& o, const std::string&) { o.ignore_orientation = true; },
+           "--ignore-orientation",
+           {"take the pixels as stored; by default a photo is", "turned upright as its EXIF orientation says, and",
+            "corners are pixels of the upright picture"}}}},
         {"Output",
          {{{"-o", "--output"}, true, [](ScanOptions& o, const std::string& v) { o.output = v; },
-           "-o, --output FILE", {"write the straightened page to FILE"}},
+           "-o, --output FILE",
+           {"write the straightened page to FILE; -o - writes it", "to standard output (with --format), and the report",
+            "then goes to standard error"}},
           {{"-d", "--output-dir"}, true, [](ScanOptions& o, const std::string& v) { o.output_folder = v; },
            "-d, --output-dir DIR",
-           {"several inputs: write each page to DIR under the", "input's file name, with a progress line each"}},
+           {"several inputs: write each page to DIR (made when", "missing) under the input's file name, with a",
+            "progress line each"}},
+          {{"--format"}, true,
+           [](ScanOptions& o, const std::string& v) {
+               if (v == "png") {
+                   o.format = ImageFormat::Png;
+               } else if (v == "jpeg" || v == "jpg") {
+                   o.format = ImageFormat::Jpeg;
+               } else {
+                   throw usage("--format needs 'png' or 'jpeg', not '" + v + "'");
+               }
+           },
+           "--format png|jpeg",
+           {"the pages' format, whatever their names say; needed", "with -o -, and with -d each page is named NAME.png",
+            "or NAME.jpg (default: by the output's extension,", "and with -d the input's)"}},
           {{"--overlay"}, true, [](ScanOptions& o, const std::string& v) { o.overlay = v; }, "--overlay PATH",
            {"write a reduced copy of the input with the page's",
             "outline drawn on it (top-left corner in green); with",
@@ -154,7 +176,8 @@ std::vector<Section> option_table() {
            },
            "", {}},
           {{"--dpi"}, false, [](ScanOptions& o, const std::string&) { o.dpi = true; }, "--dpi",
-           {"estimate the page's resolution in dots per inch"}}}},
+           {"estimate the page's resolution in dots per inch and", "write it into the page (by default the page keeps",
+            "the input's own density, when it has one)"}}}},
         {"Reports",
          {{{}, false, nullptr, "(default)",
            {"a short summary: what was found, the corners, the", "output size and the time taken"}},
@@ -182,10 +205,25 @@ const Option* find_option(const std::vector<Section>& table, const std::string& 
     return nullptr;
 }
 
+// The standard streams: read once, written only as a picture of a named format.
+void check_standard_streams(const ScanOptions& options) {
+    std::size_t from_input = 0;
+    for (const std::string& input : options.inputs) from_input += input == kStandardStream ? 1 : 0;
+    if (from_input > 1) throw usage("standard input (-) can be read only once");
+    if (options.output == kStandardStream) {
+        if (options.format == ImageFormat::Unknown) {
+            throw usage("-o - writes to standard output and needs --format png or --format jpeg");
+        }
+        if (!options.binarize.empty()) throw usage("--binarize writes beside an output file, not beside -o -");
+    }
+    if (options.overlay == kStandardStream) throw usage("--overlay writes a file, not standard output");
+}
+
 // Options that contradict each other, or lack what they go with.
 void check_combinations(const ScanOptions& options) {
     if (options.inputs.empty()) throw usage("no input picture given");
     if (!options.output.empty() && !options.output_folder.empty()) throw usage("-o and -d exclude each other");
+    check_standard_streams(options);
     if (options.inputs.size() > 1 && !options.output.empty()) {
         throw usage("-o names one output; with several inputs give a folder with -d");
     }
@@ -197,6 +235,14 @@ void check_combinations(const ScanOptions& options) {
     const bool writes = !options.output.empty() || !options.output_folder.empty();
     if (options.always_write && !writes) throw usage("--always-write needs an output (-o or -d)");
     if (!options.binarize.empty() && !writes) throw usage("--binarize needs an output (-o or -d)");
+    if (options.format != ImageFormat::Unknown) {
+        if (!writes) throw usage("--format needs an output (-o or -d)");
+        const ImageFormat named = format_of_name(options.output);
+        if (named != ImageFormat::Unknown && named != options.format) {
+            throw usage("--format " + std::string(options.format == ImageFormat::Png ? "png" : "jpeg") +
+                        " does not match the output's name '" + options.output + "'");
+        }
+    }
     if ((options.has_window || options.has_k) && options.binarize.empty()) throw usage("--window and --k go with --binarize");
 }
 
@@ -279,8 +325,8 @@ std::string help_text() {
             "       morvane-scan [OPTIONS] INPUT... -d OUTDIR\n"
             "\n"
             "Finds the page in a photo (JPEG or PNG), straightens it and writes it as PNG\n"
-            "or JPEG, chosen by the output's extension (.png, .jpg, .jpeg). Without -o or -d\n"
-            "nothing is written: the tool only reports what it found.\n";
+            "or JPEG, chosen by the output's extension (.png, .jpg, .jpeg) or by --format.\n"
+            "Without -o or -d nothing is written: the tool only reports what it found.\n";
     for (const Section& section : option_table()) {
         text << "\n" << section.heading << ":\n";
         for (const Option& option : section.options) write_option_help(text, option);

@@ -5,14 +5,20 @@
 #include <string>
 #include <vector>
 
+#include "image_file.h"
 #include "morvane/morvane.h"
 
 namespace scan {
 
+// "-" as an input or as -o names standard input or output.
+constexpr const char* kStandardStream = "-";
+
 struct ScanOptions {
     std::vector<std::string> inputs;
+    bool ignore_orientation = false;  // take the pixels as stored, not as EXIF says to show them
     std::string output;         // -o: the one output file
     std::string output_folder;  // -d: one output per input, named like the input
+    ImageFormat format = ImageFormat::Unknown;  // --format; Unknown: by the output's name
 
     bool has_corners = false;
     ControlPointCorners corners{};  // top-left, top-right, bottom-right, bottom-left

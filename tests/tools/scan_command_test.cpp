@@ -38,11 +38,17 @@ TEST_F(ScanCommand, BadCommandLinesExitTwoWithOneLineAndWriteNothing) {
         {{"page.png", "--corners", "0,0,1000001,0,9,9,0,9", "-o", "out.png"}, "--corners needs eight integers"},
         {{"page.png", "--corners", kCorners, "-o", "missing/out.png"},
          "cannot write 'missing/out.png': folder 'missing' does not exist"},
-        {{"page.png", "page.png", "-d", "missing"}, "cannot write into 'missing': folder 'missing' does not exist"},
+        {{"page.png", "-d", "page.png/out"}, "cannot write into 'page.png/out': cannot make the folder: "},
+        {{"page.png", "page.png", "-d", "made"}, "two results would both be written to 'made/page.png'"},
         {{"page.png", "--corners", kCorners, "-o", "out.tif"}, "cannot write 'out.tif': unknown picture format"},
         {{"page.png", "--corners", kCorners, "-o", "page.png"}, "cannot write 'page.png': it is the input"},
         {{"page.png", "--frobnicate"}, "unknown option '--frobnicate'"},
         {{"page.png", "--engine", "8"}, "--engine needs a method from 0 to 7, not '8'"},
+        {{"page.png", "--corners", kCorners, "-o", "-"}, "-o - writes to standard output and needs --format png or --format jpeg"},
+        {{"-", "-", "--json"}, "standard input (-) can be read only once"},
+        {{"page.png", "--corners", kCorners, "-o", "out.png", "--format", "jpeg"}, "--format jpeg does not match the output's name 'out.png'"},
+        {{"page.png", "--format", "tiff", "-o", "out"}, "--format needs 'png' or 'jpeg', not 'tiff'"},
+        {{"page.png", "--format", "png"}, "--format needs an output (-o or -d)"},
         {{"page.png", "--png-level", "10", "-o", "out.png"}, "--png-level needs a level from 0 to 9"},
         {{"page.png", "--fill", "1,2", "--corners", kCorners, "-o", "out.png"}, "--fill needs R,G,B"},
         {{"page.png", "--fill", "256,0,0", "--corners", kCorners, "-o", "out.png"}, "--fill needs R,G,B"},
@@ -112,12 +118,12 @@ TEST_F(ScanCommand, JsonReportsEveryFieldOnOneLine) {
     EXPECT_EQ(broken.out, "{\"input\": \"missing.png\", \"error\": \"cannot read 'missing.png': no such file\", \"exit\": 2}\n");
 }
 
+// The folder is made when it is missing, as the README's batch example has it.
 TEST_F(ScanCommand, SeveralInputsGoToTheFolderWithAProgressLineEach) {
-    std::filesystem::create_directory(folder.path("out"));
     std::filesystem::create_directory(folder.path("shots"));
     save_jpeg(folder.path("shots/second.jpg"), synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159));
     folder.write_bytes("notes.png", "not a picture");
-    const RunResult run = folder.run({"page.png", "shots/second.jpg", "notes.png", "--corners", kCorners, "-d", "out",
+    const RunResult run = folder.run({"page.png", "shots/second.jpg", "notes.png", "--corners", kCorners, "-d", "out/",
                                       "--overlay", "out"});
     EXPECT_EQ(run.exit_code, 2);  // the highest code of the three
     const std::vector<std::string> lines = run.out_lines();
@@ -133,6 +139,12 @@ TEST_F(ScanCommand, SeveralInputsGoToTheFolderWithAProgressLineEach) {
     EXPECT_EQ(in_out, (std::set<std::string>{"out/page.png", "out/second.jpg", "out/page-overlay.png",
                                              "out/second-overlay.png"}));
     EXPECT_EQ(load(folder.path("out/second.jpg")).width, 200);
+
+    // --format names every page for its format, in folders made on the way.
+    const RunResult png = folder.run({"page.png", "shots/second.jpg", "--corners", kCorners, "-d", "new/pages", "--format", "png"});
+    EXPECT_EQ(png.exit_code, 0) << png.err;
+    EXPECT_EQ(folder.read_bytes("new/pages/page.png"), folder.read_bytes("out/page.png"));
+    EXPECT_EQ(folder.read_bytes("new/pages/second.png").substr(1, 3), "PNG");
 }
 
 TEST_F(ScanCommand, TwoInputsWithOneNameAreRefusedBeforeAnyWork) {
