@@ -137,6 +137,8 @@ std::vector<Section> option_table() {
                                "bottom-right, bottom-left, each within +-" + std::to_string(kCornerLimit) +
                                "), not '" + v + "'");
                }
+               const std::string problem = corners_problem(o.corners);
+               if (!problem.empty()) throw usage("--corners must outline a page: " + problem);
                o.has_corners = true;
            },
            "--corners X0,Y0,X1,Y1,X2,Y2,X3,Y3",
@@ -263,7 +265,41 @@ void write_option_help(std::ostringstream& text, const Option& option) {
     }
 }
 
+const char* const kCornerNames[4] = {"top-left", "top-right", "bottom-right", "bottom-left"};
+
 }  // namespace
+
+std::string corners_problem(const ControlPointCorners& corners) {
+    const auto name = [](int i) { return std::string(kCornerNames[i]); };
+    for (int i = 0; i < 4; ++i) {
+        for (int j = i + 1; j < 4; ++j) {
+            if (corners.x[i] == corners.x[j] && corners.y[i] == corners.y[j]) {
+                return "the " + name(i) + " and " + name(j) + " corners are the same point";
+            }
+        }
+    }
+    // The turn at each corner, the cross product of the sides that meet
+    // there; with y down, a positive turn is clockwise as the picture is shown.
+    long long turn[4];
+    int clockwise = 0;
+    for (int i = 0; i < 4; ++i) {
+        const int before = (i + 3) % 4, after = (i + 1) % 4;
+        const long long ax = corners.x[i] - corners.x[before], ay = corners.y[i] - corners.y[before];
+        const long long bx = corners.x[after] - corners.x[i], by = corners.y[after] - corners.y[i];
+        turn[i] = ax * by - ay * bx;
+        if (turn[i] == 0) return "the " + name(before) + ", " + name(i) + " and " + name(after) + " corners lie on one line";
+        if (turn[i] > 0) ++clockwise;
+    }
+    if (clockwise == 4) return std::string();
+    const std::string order = "top-left, top-right, bottom-right, bottom-left";
+    if (clockwise == 0) return "they run anticlockwise, which would mirror the page; give them " + order;
+    if (clockwise == 2) return "two of its sides cross; give the corners in the order " + order;
+    // One corner turns against the other three: it points into the outline.
+    for (int i = 0; i < 4; ++i) {
+        if ((turn[i] > 0) != (clockwise == 3)) return "the " + name(i) + " corner points inwards";
+    }
+    return std::string();
+}
 
 bool parse_corners(const std::string& text, ControlPointCorners& corners) {
     const std::vector<std::string> parts = split(text, ',');

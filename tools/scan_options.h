@@ -58,6 +58,12 @@ ScanOptions parse_options(int argc, const char* const* argv);
 // within the limit.
 bool parse_corners(const std::string& text, ControlPointCorners& corners);
 
+// Empty when the corners outline a page: four distinct points, no three on
+// one line, sides that do not cross, every corner pointing outwards, in the
+// order top-left, top-right, bottom-right, bottom-left (clockwise as the
+// picture is shown). Otherwise what is wrong, in words.
+std::string corners_problem(const ControlPointCorners& corners);
+
 // The --help text, with what this build of the library offers.
 std::string help_text();
 
