@@ -5,6 +5,7 @@
 
 #include "common/constants.h"
 #include "image_file.h"
+#include "library_offer.h"
 #include "overlay.h"
 #include "page_finder.h"
 #include "scan_error.h"
@@ -60,7 +61,9 @@ void find(const Raster& image, const ScanOptions& options, JobReport& report) {
     const FindOutcome outcome = find_with_corrector(image, options.edges_only);
     report.searched = true;
     report.code = outcome.code;
-    report.meaning = meaning_of_corrector_code(outcome.code);
+    // Only a miss says which searches ran; the text search is asked about then.
+    const bool missed = outcome.code == 3;
+    report.meaning = meaning_of_corrector_code(outcome.code, missed && !options.edges_only && text_search_offered());
     report.page_found = outcome.found;
     report.has_corners = outcome.found;
     report.corners = outcome.corners;

@@ -14,8 +14,8 @@
 #include <unistd.h>
 
 #include "image_file.h"
+#include "library_offer.h"
 #include "morvane/morvane.h"
-#include "page_finder.h"
 #include "scan_error.h"
 #include "scan_job.h"
 #include "scan_options.h"
@@ -96,10 +96,14 @@ std::string page_name(const std::string& name, ImageFormat format) {
 // Options whose library functions this build lacks stop the run before any
 // work: the user asked for a result that cannot be had.
 void check_available(const ScanOptions& options) {
-    if (!options.binarize.empty() && !binarization_available(options.binarize)) {
+    if (options.engine >= 0 && !engine_method_offered(options.engine)) {
+        throw ScanError("--engine " + std::to_string(options.engine) +
+                        " is not available in this build yet (morvane-scan --help lists the methods it has)");
+    }
+    if (!options.binarize.empty() && !binarization_offered(options.binarize)) {
         throw ScanError("--binarize " + options.binarize + " is not available in this build yet");
     }
-    if (options.dpi && !resolution_estimate_available()) {
+    if (options.dpi && !resolution_estimate_offered()) {
         throw ScanError("--dpi is not available in this build: the resolution estimate needs page analysis");
     }
 }

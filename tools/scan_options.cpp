@@ -1,11 +1,12 @@
 // The command line of morvane-scan: parsing, checking and the help text.
 #include "scan_options.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <sstream>
 
-#include "page_finder.h"
+#include "library_offer.h"
 #include "scan_error.h"
 
 namespace scan {
@@ -122,14 +123,16 @@ std::vector<Section> option_table() {
            },
            "--jpeg-quality N", {"quality 1-100 for JPEG output (default 92)"}}}},
         {"Finding the page",
-         {{{}, false, nullptr, "(default)", {"hybrid search: page edges, then the text"}},
+         {{{}, false, nullptr, "(default)",
+           {"hybrid search: the page's edges, then its text", "(what this build has is listed at the end)"}},
           {{"--edges-only"}, false, [](ScanOptions& o, const std::string&) { o.edges_only = true; }, "--edges-only",
            {"search the page edges only"}},
           {{"--engine"}, true,
            [](ScanOptions& o, const std::string& v) {
                if (!parse_int(v, 0, 7, o.engine)) throw usage("--engine needs a method from 0 to 7, not '" + v + "'");
            },
-           "--engine N", {"corner search method N (0-7) instead of the corrector"}},
+           "--engine N",
+           {"corner search method N (0-7) instead of the", "corrector; the methods of this build are listed", "at the end"}},
           {{"--corners"}, true,
            [](ScanOptions& o, const std::string& v) {
                if (!parse_corners(v, o.corners)) {
@@ -377,19 +380,27 @@ std::string help_text() {
             "Errors are one line naming the file and the problem. Outputs are written to a\n"
             "temporary file and renamed, so no half-written file is ever left.\n"
             "\n"
-            "In this build:\n";
+            "In this build (found by asking the library):\n";
+    std::string offered_methods, missing_methods;
+    for (int method = 0; method <= 7; ++method) {
+        std::string& list = engine_method_offered(method) ? offered_methods : missing_methods;
+        list += (list.empty() ? "" : ", ") + std::to_string(method);
+    }
     const std::pair<std::string, bool> offered[] = {
-        {"page finding (default, --edges-only)", true},
-        {"--engine", true},
+        {"page finding by the edges (--edges-only)", edge_search_offered()},
+        {"page finding by the text (default)", text_search_offered()},
+        {"--engine " + offered_methods, true},
+        {"--engine " + missing_methods, false},
         {"--fill", true},
-        {"--binarize sauvola", binarization_available("sauvola")},
-        {"--binarize multiscale", binarization_available("multiscale")},
-        {"--dpi", resolution_estimate_available()},
+        {"--binarize sauvola", binarization_offered("sauvola")},
+        {"--binarize multiscale", binarization_offered("multiscale")},
+        {"--dpi", resolution_estimate_offered()},
         {"--corners, --overlay, reports", true},
     };
     for (const auto& entry : offered) {
+        if (entry.first == "--engine ") continue;  // no method on this side
         std::string line = "  " + entry.first;
-        line.resize(40, ' ');
+        line.resize(std::max<std::size_t>(line.size() + 1, 44), ' ');
         text << line << (entry.second ? "available" : "not available yet") << "\n";
     }
     return text.str();
