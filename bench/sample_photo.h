@@ -36,7 +36,7 @@ inline const Photo& photo() {
         Photo p;
         scan::Raster source;
         try {
-            source = scan::read_image_file(MORVANE_SAMPLE_PHOTO);
+            source = scan::read_image_file(MORVANE_SAMPLE_PHOTO).raster;
         } catch (const std::exception& e) {
             std::fprintf(stderr, "%s\n", e.what());
             std::exit(2);

@@ -10,17 +10,40 @@ cd "$(dirname "$0")/.."
 # shellcheck disable=SC2086
 ensure_packages $MORVANE_BUILD_PACKAGES
 
-echo "building morvane, morvane-scan and the Python package (Release) into build/ ..."
+# The build's own lines go to the log; the screen shows how far the build of
+# target $1 has got, from make's "[ 42%]" (or Ninja's "[12/80]"): on one line
+# that counts up on a terminal, else a line at every tenth.
+show_progress() {
+  local tty=0
+  if [ -t 1 ]; then tty=1; fi
+  awk -v tty="$tty" -v target="$1" '
+    match($0, /^\[ *[0-9]+%\]/) { done = substr($0, RSTART + 1, RLENGTH - 3) + 0 }
+    match($0, /^\[[0-9]+\/[0-9]+\]/) { split(substr($0, 2, RLENGTH - 2), n, "/"); done = int(100 * n[1] / n[2]) }
+    done != "" && done != shown && (tty || int(done / 10) != int(shown / 10) || shown == "") {
+      shown = done
+      if (tty) printf "\r  %s: %3d%% built", target, done; else printf "  %s: %3d%% built\n", target, done
+      fflush()
+    }
+    END { if (tty && shown != "") print "" }'
+}
+
 log=build/demo-build.log
 mkdir -p build
-targets=(morvane-scan)
-build_python() { grep -q '^MORVANE_BUILD_PYTHON:BOOL=ON' build/CMakeCache.txt; }
-if ! { cmake -S . -B build -DCMAKE_BUILD_TYPE=Release && { ! build_python || targets+=(_morvane); } &&
-       cmake --build build -j"$(nproc)" --target "${targets[@]}"; } >"$log" 2>&1; then
+: >"$log"
+echo "building morvane, morvane-scan and the Python package (Release) into build/ (log: $log) ..."
+build_failed() {
   tail -n 30 "$log"
   echo "the build failed; the whole log is in $log" >&2
   exit 1
-fi
+}
+echo "  configuring"
+cmake -S . -B build -DCMAKE_BUILD_TYPE=Release >>"$log" 2>&1 || build_failed
+targets=(morvane-scan)
+build_python() { grep -q '^MORVANE_BUILD_PYTHON:BOOL=ON' build/CMakeCache.txt; }
+if build_python; then targets+=(_morvane); fi
+for target in "${targets[@]}"; do
+  cmake --build build -j"$(nproc)" --target "$target" 2>&1 | tee -a "$log" | show_progress "$target" || build_failed
+done
 
 scan=build/tools/morvane-scan
 sample=samples/page.jpg

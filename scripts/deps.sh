@@ -21,7 +21,7 @@ ensure_packages() {
 
 # What the library, its tests, tools and benchmarks need to build; the Python
 # package (pybind11, numpy) and its batch on Dask, with pytest for its tests.
-MORVANE_BUILD_PACKAGES="cmake make g++ pkgconf libboost-dev libgtest-dev libbenchmark-dev libjpeg62-turbo-dev libpng-dev
+MORVANE_BUILD_PACKAGES="cmake make g++ pkgconf libboost-dev libgtest-dev libbenchmark-dev libjpeg62-turbo-dev libpng-dev libexif-dev
   pybind11-dev python3-dev python3-numpy python3-pytest python3-dask python3-distributed"
 
 # What the fuzz targets need: clang with its libFuzzer and sanitizer runtimes,

@@ -4,6 +4,7 @@
 #include "jpeg_codec.h"
 
 #include <csetjmp>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -51,21 +52,48 @@ struct DecodeState {
     jpeg_decompress_struct info;
     int width, height, components;
     bool cmyk, inverted_cmyk;
+    int density_unit, x_density, y_density;  // as the JFIF marker says
+    unsigned char* exif;  // malloc, freed by the caller
+    unsigned exif_size;
     unsigned char* pixels;  // malloc, handed to the caller
     bool too_large;
 };
 
+// The first APP1 marker that holds an EXIF block, copied out of the
+// decoder's memory; a copy that cannot be allocated is done without.
+void keep_exif(DecodeState& s) {
+    static const char kExifHeader[6] = {'E', 'x', 'i', 'f', '\0', '\0'};
+    for (jpeg_saved_marker_ptr marker = s.info.marker_list; marker != nullptr; marker = marker->next) {
+        if (marker->marker != JPEG_APP0 + 1 || marker->data_length < sizeof kExifHeader ||
+            std::memcmp(marker->data, kExifHeader, sizeof kExifHeader) != 0) {
+            continue;
+        }
+        s.exif = static_cast<unsigned char*>(std::malloc(marker->data_length));
+        if (s.exif == nullptr) return;
+        std::memcpy(s.exif, marker->data, marker->data_length);
+        s.exif_size = marker->data_length;
+        return;
+    }
+}
+
 // Plain locals only between setjmp and the end.
-bool decode(std::FILE* file, DecodeState& s) {
+bool decode(const unsigned char* data, std::size_t size, DecodeState& s) {
     s.info.err = &s.errors.manager;
     if (setjmp(s.errors.jump)) {
         jpeg_destroy_decompress(&s.info);
         return false;
     }
     jpeg_create_decompress(&s.info);
-    jpeg_stdio_src(&s.info, file);
+    jpeg_mem_src(&s.info, data, static_cast<unsigned long>(size));
+    jpeg_save_markers(&s.info, JPEG_APP0 + 1, 0xffff);   // EXIF: orientation, resolution
     jpeg_save_markers(&s.info, JPEG_APP0 + 14, 0xffff);  // Adobe marker: CMYK polarity
     jpeg_read_header(&s.info, TRUE);
+    keep_exif(s);
+    if (s.info.saw_JFIF_marker) {
+        s.density_unit = s.info.density_unit;
+        s.x_density = s.info.X_density;
+        s.y_density = s.info.Y_density;
+    }
     s.cmyk = s.info.jpeg_color_space == JCS_CMYK || s.info.jpeg_color_space == JCS_YCCK;
     s.inverted_cmyk = s.cmyk && s.info.saw_Adobe_marker;
     if (s.cmyk) {
@@ -138,6 +166,12 @@ bool encode(std::FILE* file, const Raster& image, int quality, EncodeState& s) {
     s.info.in_color_space = image.channels == 1 ? JCS_GRAYSCALE : JCS_RGB;
     jpeg_set_defaults(&s.info);
     jpeg_set_quality(&s.info, quality, TRUE);
+    // JFIF holds a density of 1 to 65535; beyond that the default, an aspect of 1:1 without a unit, stands.
+    if (image.has_density() && image.x_dpi <= 65535 && image.y_dpi <= 65535) {
+        s.info.density_unit = 1;
+        s.info.X_density = static_cast<UINT16>(image.x_dpi);
+        s.info.Y_density = static_cast<UINT16>(image.y_dpi);
+    }
     jpeg_start_compress(&s.info, TRUE);
     while (s.info.next_scanline < s.info.image_height) {
         JSAMPROW source = image.row(static_cast<int>(s.info.next_scanline));
@@ -150,11 +184,14 @@ bool encode(std::FILE* file, const Raster& image, int quality, EncodeState& s) {
 
 }  // namespace
 
-Raster read_jpeg(std::FILE* file) {
+Raster read_jpeg(const unsigned char* data, std::size_t size, std::string& exif) {
     DecodeState state{};
     init_errors(state.errors);
-    const bool ok = decode(file, state);
+    const bool ok = decode(data, size, state);
     std::unique_ptr<unsigned char, FreeDeleter> pixels(state.pixels);
+    const std::unique_ptr<unsigned char, FreeDeleter> exif_block(state.exif);
+    exif.clear();
+    if (exif_block) exif.assign(reinterpret_cast<const char*>(exif_block.get()), state.exif_size);
     if (state.too_large) {
         throw ImageProblem("image too large for memory (" + std::to_string(state.width) + " x " +
                            std::to_string(state.height) + " pixels; at most 2 GiB a picture)");
@@ -167,6 +204,12 @@ Raster read_jpeg(std::FILE* file) {
     raster.width = state.width;
     raster.height = state.height;
     raster.channels = state.components == 1 ? 1 : 3;
+    // Unit 1 is the inch, 2 the centimetre; 0 gives only the pixels' aspect.
+    if (state.density_unit == 1 || state.density_unit == 2) {
+        const double per_inch = state.density_unit == 1 ? 1.0 : 2.54;
+        raster.x_dpi = static_cast<int>(state.x_density * per_inch + 0.5);
+        raster.y_dpi = static_cast<int>(state.y_density * per_inch + 0.5);
+    }
     if (state.components == 4) {
         cmyk_to_rgb(pixels.get(), static_cast<std::size_t>(state.width) * static_cast<std::size_t>(state.height),
                     state.inverted_cmyk);

@@ -62,6 +62,10 @@ JsonObject& JsonObject::number(const std::string& field, long long value) {
     return *this;
 }
 
+JsonObject& JsonObject::number_or_null(const std::string& field, long long value, bool known) {
+    return known ? number(field, value) : null(field);
+}
+
 JsonObject& JsonObject::number(const std::string& field, double value, int decimals) {
     name(field);
     // JSON wants a point whatever the user's locale says.

@@ -20,6 +20,7 @@ public:
     JsonObject& text(const std::string& name, const std::string& value);
     JsonObject& text_or_null(const std::string& name, const std::string& value);  // "" gives null
     JsonObject& number(const std::string& name, long long value);
+    JsonObject& number_or_null(const std::string& name, long long value, bool known);  // null unless known
     JsonObject& number(const std::string& name, double value, int decimals);
     JsonObject& boolean(const std::string& name, bool value);
     JsonObject& null(const std::string& name);

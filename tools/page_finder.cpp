@@ -1,6 +1,5 @@
 // The library calls of morvane-scan: finding the page through the corrector
-// or the corner search family, rectifying, binarizing, and what this build
-// of the library offers.
+// or the corner search family, rectifying, binarizing, estimating.
 #include "page_finder.h"
 
 #include <cstring>
@@ -129,21 +128,19 @@ int estimate_resolution(const Raster& image) {
     });
 }
 
-// Of the binarizations the Sauvola method is here, the multi-scale one not
-// yet. This build offers what it has rather than report made-up values.
-bool binarization_available(const std::string& method) { return method == "sauvola"; }
-
 ControlPointCorners whole_image_corners(const Raster& image) {
     const int right = image.width - 1;
     const int bottom = image.height - 1;
     return ControlPointCorners{{0, right, right, 0}, {0, 0, bottom, bottom}};
 }
 
-std::string meaning_of_corrector_code(int code) {
+std::string meaning_of_corrector_code(int code, bool text_searched) {
     switch (code) {
         case 1: return "corners found and accepted";
         case 2: return "the page is already straight";
-        case 3: return "no usable result: neither edges nor text gave a page";
+        case 3:
+            return text_searched ? "no usable result: neither edges nor text gave a page"
+                                 : "no usable result: the page's edges gave no page";
         case 0: return "the search failed or the image was refused";
         case -3: return "a corner lies outside the image";
         case -4: return "the quadrilateral is too small";

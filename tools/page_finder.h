@@ -1,7 +1,5 @@
 // The library calls of morvane-scan: finding the page's corners,
-// rectifying, binarizing and the resolution estimate. binarization_available
-// tells which methods the library offers yet, so that the tool says so
-// instead of calling.
+// rectifying, binarizing and estimating the resolution.
 #ifndef MORVANE_TOOLS_PAGE_FINDER_H
 #define MORVANE_TOOLS_PAGE_FINDER_H
 
@@ -27,14 +25,6 @@ Raster rectify_with_fill(const Raster& image, const ControlPointCorners& corners
 // The corner search family, method 0 to 7.
 FindOutcome find_with_engine(int method, const Raster& image);
 
-// Binarization needs methods that the library gains one by one; this
-// answers whether this build has the method.
-bool binarization_available(const std::string& method);
-
-// The image's resolution in dots per inch from the size of its characters,
-// the image analysed alone; 300 when it shows too little text.
-int estimate_resolution(const Raster& image);
-
 // The black-and-white form of a straightened page (1 bit a pixel, a set bit
 // is ink) by the library's method 0 (Sauvola) or 1 (multi-scale). window
 // and k take the library's defaults when window is 0 and k negative.
@@ -44,11 +34,16 @@ Raster binarize_page(const Raster& page, int method, int window, float k);
 // border. Throws ImageProblem when the page would be too large.
 Raster rectify(const Raster& image, const ControlPointCorners& corners);
 
+// The resolution of the image's text in dots per inch, the image analysed
+// alone; the library answers 300 when its analysis finds no text.
+int estimate_resolution(const Raster& image);
+
 // The image's own corners: rectifying with them gives the whole image.
 ControlPointCorners whole_image_corners(const Raster& image);
 
-// The corrector's return code in words ("corners found and accepted").
-std::string meaning_of_corrector_code(int code);
+// The corrector's return code in words ("corners found and accepted"). Code
+// 3 names the searches that ran: the edges alone, or the text too.
+std::string meaning_of_corrector_code(int code, bool text_searched);
 
 }  // namespace scan
 

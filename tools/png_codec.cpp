@@ -4,6 +4,7 @@
 #include "png_codec.h"
 
 #include <csetjmp>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -16,12 +17,26 @@ namespace {
 
 constexpr std::size_t kMessageLength = 200;
 
+// A pHYs density is given in dots per metre.
+constexpr double kMetresPerInch = 0.0254;
+
+// The PNG bytes in memory and how far libpng has read them.
+struct MemorySource {
+    const unsigned char* data;
+    std::size_t size;
+    std::size_t read;
+};
+
 struct PngState {
     png_structp png;
     png_infop info;
+    MemorySource source;
     char message[kMessageLength];
     int width, height, channels;  // channels after the transforms: 1 to 4
     bool too_large;
+    png_uint_32 x_per_metre, y_per_metre;  // 0 unless pHYs gives them per metre
+    unsigned char* exif;                   // malloc, freed by the caller
+    png_uint_32 exif_size;
     unsigned char* pixels;  // malloc, handed to the caller
     png_bytep* rows;        // malloc, freed by the caller
 };
@@ -37,7 +52,37 @@ void on_png_error(png_structp png, png_const_charp message) {
 // stop the reading and are not printed.
 void on_png_warning(png_structp, png_const_charp) {}
 
-bool decode(std::FILE* file, PngState& s) {
+// Data that ends early is an error, with the words libpng's own file
+// reader uses.
+void read_from_memory(png_structp png, png_bytep target, png_size_t length) {
+    MemorySource& source = static_cast<PngState*>(png_get_io_ptr(png))->source;
+    if (length > source.size - source.read) png_error(png, "Read Error");
+    std::memcpy(target, source.data + source.read, length);
+    source.read += length;
+}
+
+// The density and the EXIF block, read before the pixels. An EXIF block is
+// stored behind the header a JPEG gives it; one that cannot be allocated is
+// done without.
+void keep_metadata(PngState& s) {
+    png_uint_32 x = 0, y = 0;
+    int unit = 0;
+    if (png_get_pHYs(s.png, s.info, &x, &y, &unit) != 0 && unit == PNG_RESOLUTION_METER) {
+        s.x_per_metre = x;
+        s.y_per_metre = y;
+    }
+    png_uint_32 size = 0;
+    png_bytep block = nullptr;
+    if (png_get_eXIf_1(s.png, s.info, &size, &block) == 0 || block == nullptr || size > 0xffff) return;
+    static const char kExifHeader[6] = {'E', 'x', 'i', 'f', '\0', '\0'};
+    s.exif = static_cast<unsigned char*>(std::malloc(sizeof kExifHeader + size));
+    if (s.exif == nullptr) return;
+    std::memcpy(s.exif, kExifHeader, sizeof kExifHeader);
+    std::memcpy(s.exif + sizeof kExifHeader, block, size);
+    s.exif_size = static_cast<png_uint_32>(sizeof kExifHeader + size);
+}
+
+bool decode(PngState& s) {
     s.png = png_create_read_struct(PNG_LIBPNG_VER_STRING, &s, on_png_error, on_png_warning);
     if (!s.png) {
         std::strcpy(s.message, "not enough memory");
@@ -53,10 +98,11 @@ bool decode(std::FILE* file, PngState& s) {
         png_destroy_read_struct(&s.png, &s.info, nullptr);
         return false;
     }
-    png_init_io(s.png, file);
+    png_set_read_fn(s.png, &s, read_from_memory);
     // The size is checked below against the library's own limit.
     png_set_user_limits(s.png, 0x7fffffff, 0x7fffffff);
     png_read_info(s.png, s.info);
+    keep_metadata(s);
     const png_uint_32 width = png_get_image_width(s.png, s.info);
     const png_uint_32 height = png_get_image_height(s.png, s.info);
     s.width = static_cast<int>(width);
@@ -136,6 +182,10 @@ bool encode(std::FILE* file, const Raster& image, int level, PngWriteState& s) {
     png_set_IHDR(s.png, s.info, static_cast<png_uint_32>(image.width), static_cast<png_uint_32>(image.height),
                  image.binary ? 1 : 8, colour_type, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_BASE,
                  PNG_FILTER_TYPE_BASE);
+    if (image.has_density()) {
+        png_set_pHYs(s.png, s.info, static_cast<png_uint_32>(image.x_dpi / kMetresPerInch + 0.5),
+                     static_cast<png_uint_32>(image.y_dpi / kMetresPerInch + 0.5), PNG_RESOLUTION_METER);
+    }
     png_write_info(s.png, s.info);
     const std::size_t row = image.row_bytes();
     for (int y = 0; y < image.height; ++y) {
@@ -155,11 +205,8 @@ bool encode(std::FILE* file, const Raster& image, int level, PngWriteState& s) {
 
 // The size from the header chunk, which comes first in every PNG: a picture
 // too large is refused before libpng reads on.
-bool header_size(std::FILE* file, int& width, int& height) {
-    unsigned char head[24];
-    const bool read = std::fread(head, 1, sizeof head, file) == sizeof head;
-    std::rewind(file);
-    if (!read || std::memcmp(head + 12, "IHDR", 4) != 0) return false;
+bool header_size(const unsigned char* head, std::size_t size, int& width, int& height) {
+    if (size < 24 || std::memcmp(head + 12, "IHDR", 4) != 0) return false;
     const auto u32 = [](const unsigned char* b) {
         return (static_cast<unsigned long>(b[0]) << 24) | (static_cast<unsigned long>(b[1]) << 16) |
                (static_cast<unsigned long>(b[2]) << 8) | b[3];
@@ -173,17 +220,21 @@ bool header_size(std::FILE* file, int& width, int& height) {
 
 }  // namespace
 
-Raster read_png(std::FILE* file) {
+Raster read_png(const unsigned char* data, std::size_t size, std::string& exif) {
     int width = 0, height = 0;
-    if (header_size(file, width, height) && width > 0 && height > 0 &&
+    if (header_size(data, size, width, height) && width > 0 && height > 0 &&
         !raster_size_is_supported(width, height, 3, false)) {
         throw ImageProblem("image too large for memory (" + std::to_string(width) + " x " + std::to_string(height) +
                            " pixels; at most 2 GiB a picture)");
     }
     PngState state{};
-    const bool ok = decode(file, state);
+    state.source = MemorySource{data, size, 0};
+    const bool ok = decode(state);
     std::unique_ptr<unsigned char, FreeDeleter> pixels(state.pixels);
     std::free(state.rows);
+    const std::unique_ptr<unsigned char, FreeDeleter> exif_block(state.exif);
+    exif.clear();
+    if (exif_block) exif.assign(reinterpret_cast<const char*>(exif_block.get()), state.exif_size);
     if (state.too_large) {
         throw ImageProblem("image too large for memory (" + std::to_string(state.width) + " x " +
                            std::to_string(state.height) + " pixels; at most 2 GiB a picture)");
@@ -194,6 +245,8 @@ Raster read_png(std::FILE* file) {
     raster.width = state.width;
     raster.height = state.height;
     raster.channels = state.channels >= 3 ? 3 : 1;
+    raster.x_dpi = static_cast<int>(state.x_per_metre * kMetresPerInch + 0.5);
+    raster.y_dpi = static_cast<int>(state.y_per_metre * kMetresPerInch + 0.5);
     if (state.channels == 2 || state.channels == 4) {
         lay_over_white(pixels.get(), static_cast<std::size_t>(state.width) * static_cast<std::size_t>(state.height),
                        raster.channels);

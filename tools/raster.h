@@ -16,12 +16,21 @@ struct FreeDeleter {
     void operator()(unsigned char* p) const { std::free(p); }
 };
 
+// Densities above this are taken for damage rather than for a scan.
+constexpr int kMaximumDpi = 1000000;
+
 struct Raster {
     int width = 0;
     int height = 0;
     int channels = 0;     // 1 gray, 3 RGB
     bool binary = false;  // 1 bit a pixel; channels is then 1
     std::unique_ptr<unsigned char, FreeDeleter> data;
+    // Dots per inch across and down, as a file gave them or as they are to be
+    // written; 0 when unknown (the library's records always say 300).
+    int x_dpi = 0;
+    int y_dpi = 0;
+    // Both densities known and within what the file formats can hold.
+    bool has_density() const { return x_dpi > 0 && y_dpi > 0 && x_dpi <= kMaximumDpi && y_dpi <= kMaximumDpi; }
 
     std::size_t row_bytes() const;
     std::size_t byte_count() const { return row_bytes() * static_cast<std::size_t>(height); }

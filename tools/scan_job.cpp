@@ -5,6 +5,7 @@
 
 #include "common/constants.h"
 #include "image_file.h"
+#include "library_offer.h"
 #include "overlay.h"
 #include "page_finder.h"
 #include "scan_error.h"
@@ -60,17 +61,32 @@ void find(const Raster& image, const ScanOptions& options, JobReport& report) {
     const FindOutcome outcome = find_with_corrector(image, options.edges_only);
     report.searched = true;
     report.code = outcome.code;
-    report.meaning = meaning_of_corrector_code(outcome.code);
+    // Only a miss says which searches ran; the text search is asked about then.
+    const bool missed = outcome.code == 3;
+    report.meaning = meaning_of_corrector_code(outcome.code, missed && !options.edges_only && text_search_offered());
     report.page_found = outcome.found;
     report.has_corners = outcome.found;
     report.corners = outcome.corners;
 }
 
-WriteSettings write_settings(const ScanOptions& options) {
+// `format` applies to the page; the overlay and the black-and-white page
+// are named for theirs.
+WriteSettings write_settings(const ScanOptions& options, ImageFormat format = ImageFormat::Unknown) {
     WriteSettings settings;
     settings.png_level = options.png_level;
     settings.jpeg_quality = options.jpeg_quality;
+    settings.format = format;
     return settings;
+}
+
+// The page's density: the estimate when asked for, else the input's own.
+void set_density(const Raster& image, const JobReport& report, Raster& page) {
+    if (report.estimated_dpi > 0) {
+        page.x_dpi = page.y_dpi = report.estimated_dpi;
+    } else {
+        page.x_dpi = image.x_dpi;
+        page.y_dpi = image.y_dpi;
+    }
 }
 
 // The page (or with --always-write the whole image) rectified and encoded,
@@ -89,9 +105,19 @@ void write_page(const Raster& image, const ScanOptions& options, JobReport& repo
     report.rectify_ms = milliseconds_since(start);
     report.output_width = page.width;
     report.output_height = page.height;
+    set_density(image, report, page);
+    if (page.has_density()) {
+        report.output_x_dpi = page.x_dpi;
+        report.output_y_dpi = page.y_dpi;
+        report.density_source = report.estimated_dpi > 0 ? "estimate" : "input";
+    }
 
     start = Clock::now();
-    write_image_file(report.paths.output, page, write_settings(options));
+    if (report.paths.output == kStandardStream) {
+        write_standard_output(page, write_settings(options, options.format));
+    } else {
+        write_image_file(report.paths.output, page, write_settings(options, options.format));
+    }
     report.written = true;
     report.encode_ms = milliseconds_since(start);
 
@@ -117,10 +143,19 @@ void write_overlay(const Raster& image, const ScanOptions& options, JobReport& r
 // those of files as ScanError.
 void process(const ScanOptions& options, JobReport& report) {
     Clock::time_point start = Clock::now();
-    const Raster image = read_image_file(report.paths.input);
+    const bool upright = !options.ignore_orientation;
+    const DecodedImage decoded = report.paths.input == kStandardStream ? read_standard_input(upright)
+                                                                       : read_image_file(report.paths.input, upright);
+    const Raster& image = decoded.raster;
     report.input_width = image.width;
     report.input_height = image.height;
     report.input_channels = image.channels;
+    report.orientation = decoded.orientation;
+    report.orientation_applied = decoded.orientation_applied;
+    if (image.has_density()) {
+        report.input_x_dpi = image.x_dpi;
+        report.input_y_dpi = image.y_dpi;
+    }
     report.decode_ms = milliseconds_since(start);
 
     start = Clock::now();
@@ -129,13 +164,17 @@ void process(const ScanOptions& options, JobReport& report) {
 
     if (options.dpi) {
         start = Clock::now();
-        report.dpi = estimate_resolution(image);
-        report.has_dpi = true;
+        report.estimated_dpi = estimate_resolution(image);
         report.dpi_ms = milliseconds_since(start);
     }
     if (!report.paths.output.empty() && (report.page_found || options.always_write)) write_page(image, options, report);
     if (!report.paths.overlay.empty()) write_overlay(image, options, report);
     report.exit_code = report.page_found ? kExitPageWritten : kExitNoPage;
+}
+
+// How messages name an input: 'x.jpg', or standard input.
+std::string source_name(const std::string& input) {
+    return input == kStandardStream ? std::string("standard input") : "'" + input + "'";
 }
 
 }  // namespace
@@ -152,10 +191,10 @@ JobReport run_job(const JobPaths& paths, const ScanOptions& options) {
     } catch (const ImageProblem& problem) {
         // The problem is the image's: the message names the file.
         report.exit_code = kExitUsageOrFile;
-        report.error = "'" + paths.input + "': " + problem.what();
+        report.error = source_name(paths.input) + ": " + problem.what();
     } catch (const std::bad_alloc&) {
         report.exit_code = kExitUsageOrFile;
-        report.error = "'" + paths.input + "': not enough memory";
+        report.error = source_name(paths.input) + ": not enough memory";
     }
     report.total_ms = milliseconds_since(start);
     return report;

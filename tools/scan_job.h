@@ -25,9 +25,13 @@ struct JobReport {
     int exit_code = kExitUsageOrFile;
     std::string error;  // the one-line message when exit_code is 2
 
-    int input_width = 0;
+    int input_width = 0;   // as shown: after the EXIF orientation, unless ignored
     int input_height = 0;
     int input_channels = 0;
+    int orientation = 0;   // the file's EXIF orientation, 1 to 8; 0 when it has none
+    bool orientation_applied = false;
+    int input_x_dpi = 0;   // the input's density; 0 when it has none
+    int input_y_dpi = 0;
 
     CornerSource source = CornerSource::None;
     bool searched = false;  // a library search ran and `code` holds its answer
@@ -42,9 +46,11 @@ struct JobReport {
     bool bitonal_written = false;
     int output_width = 0;
     int output_height = 0;
+    int estimated_dpi = 0;        // with --dpi: the library's estimate; else 0
+    int output_x_dpi = 0;         // the density written into the page; 0 when none
+    int output_y_dpi = 0;
+    std::string density_source;   // "input" or "estimate" when the page carries a density
 
-    bool has_dpi = false;  // --dpi: the estimate below was made
-    int dpi = 0;
 
     double decode_ms = 0, find_ms = 0, rectify_ms = 0, encode_ms = 0, binarize_ms = 0, dpi_ms = 0, overlay_ms = 0,
            total_ms = 0;

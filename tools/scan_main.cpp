@@ -3,16 +3,19 @@
 // of morvane/morvane.h only.
 #include <csignal>
 #include <cstdio>
+#include <filesystem>
 #include <iostream>
 #include <set>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "image_file.h"
+#include "library_offer.h"
 #include "morvane/morvane.h"
-#include "page_finder.h"
 #include "scan_error.h"
 #include "scan_job.h"
 #include "scan_options.h"
@@ -30,9 +33,15 @@ extern "C" void on_signal(int signal_number) {
     std::raise(signal_number);
 }
 
+// The name an input's results are called by; standard input has none of its own.
 std::string base_name(const std::string& path) {
+    if (path == kStandardStream) return "stdin";
     const std::size_t slash = path.find_last_of('/');
     return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+std::string in_folder(const std::string& folder, const std::string& name) {
+    return folder.back() == '/' ? folder + name : folder + "/" + name;
 }
 
 std::string stem(const std::string& name) {
@@ -52,39 +61,64 @@ bool same_file(const std::string& a, const std::string& b) {
     return stat(a.c_str(), &sa) == 0 && stat(b.c_str(), &sb) == 0 && sa.st_dev == sb.st_dev && sa.st_ino == sb.st_ino;
 }
 
-void check_output_file(const std::string& path) {
-    if (format_of_name(path) == ImageFormat::Unknown) {
+// A file name the picture's format can be told from, in a folder that exists.
+void check_output_file(const std::string& path, ImageFormat format) {
+    if (format == ImageFormat::Unknown && format_of_name(path) == ImageFormat::Unknown) {
         throw ScanError("cannot write '" + path + "': unknown picture format (use .png, .jpg or .jpeg)");
     }
     const std::string problem = folder_problem(folder_of(path));
     if (!problem.empty()) throw ScanError("cannot write '" + path + "': " + problem);
 }
 
-void check_output_folder(const std::string& folder) {
+// An output folder that exists must be a folder; one that does not is made
+// (with any folders above it), as for any tool that writes into a folder.
+void make_output_folder(const std::string& folder, bool make) {
+    std::error_code error;
+    if (!std::filesystem::exists(folder, error) && !error) {
+        if (!make) return;
+        std::filesystem::create_directories(folder, error);
+        if (!error) return;
+        throw ScanError("cannot write into '" + folder + "': cannot make the folder: " + error.message());
+    }
     const std::string problem = folder_problem(folder);
     if (!problem.empty()) throw ScanError("cannot write into '" + folder + "': " + problem);
+}
+
+// A page's name under -d: the input's, or with --format its stem and the
+// format's extension. A name without a picture's extension gains one.
+std::string page_name(const std::string& name, ImageFormat format) {
+    const ImageFormat named = format_of_name(name);
+    if (format == ImageFormat::Unknown) return named == ImageFormat::Unknown ? name + ".png" : name;
+    if (named == format) return name;
+    return (named == ImageFormat::Unknown ? name : stem(name)) + extension_of(format);
 }
 
 // Options whose library functions this build lacks stop the run before any
 // work: the user asked for a result that cannot be had.
 void check_available(const ScanOptions& options) {
-    if (!options.binarize.empty() && !binarization_available(options.binarize)) {
+    if (options.engine >= 0 && !engine_method_offered(options.engine)) {
+        throw ScanError("--engine " + std::to_string(options.engine) +
+                        " is not available in this build yet (morvane-scan --help lists the methods it has)");
+    }
+    if (!options.binarize.empty() && !binarization_offered(options.binarize)) {
         throw ScanError("--binarize " + options.binarize + " is not available in this build yet");
+    }
+    if (options.dpi && !resolution_estimate_offered()) {
+        throw ScanError("--dpi is not available in this build: the resolution estimate needs page analysis");
     }
 }
 
-// Where each input's results go; refuses collisions before any work.
+// Where each input's results go; refuses collisions before any work, and
+// makes the output folders once the plan holds.
 std::vector<JobPaths> plan(const ScanOptions& options) {
     const bool batch = options.inputs.size() > 1;
-    if (!options.output.empty()) check_output_file(options.output);
-    if (!options.output_folder.empty()) check_output_folder(options.output_folder);
-    if (!options.overlay.empty()) {
-        if (batch) {
-            check_output_folder(options.overlay);
-        } else {
-            check_output_file(options.overlay);
-        }
-    }
+    if (!options.output.empty() && options.output != kStandardStream) check_output_file(options.output, options.format);
+    if (!options.overlay.empty() && !batch) check_output_file(options.overlay, ImageFormat::Unknown);
+    std::vector<std::string> folders;
+    if (!options.output_folder.empty()) folders.push_back(options.output_folder);
+    if (!options.overlay.empty() && batch) folders.push_back(options.overlay);
+    for (const std::string& folder : folders) make_output_folder(folder, false);
+
     std::vector<JobPaths> jobs;
     std::set<std::string> targets;
     for (const std::string& input : options.inputs) {
@@ -92,20 +126,22 @@ std::vector<JobPaths> plan(const ScanOptions& options) {
         paths.input = input;
         const std::string name = base_name(input);
         if (!options.output.empty()) paths.output = options.output;
-        if (!options.output_folder.empty()) {
-            paths.output = options.output_folder + "/" + (format_of_name(name) == ImageFormat::Unknown ? name + ".png" : name);
-        }
+        if (!options.output_folder.empty()) paths.output = in_folder(options.output_folder, page_name(name, options.format));
         if (!options.binarize.empty()) paths.bitonal = bitonal_name(paths.output);
         if (!options.overlay.empty()) {
-            paths.overlay = batch ? options.overlay + "/" + stem(name) + "-overlay.png" : options.overlay;
+            paths.overlay = batch ? in_folder(options.overlay, stem(name) + "-overlay.png") : options.overlay;
         }
         for (const std::string* target : {&paths.output, &paths.overlay, &paths.bitonal}) {
-            if (target->empty()) continue;
+            if (target->empty() || *target == kStandardStream) continue;
             if (!targets.insert(*target).second) throw ScanError("two results would both be written to '" + *target + "'");
             if (same_file(*target, input)) throw ScanError("cannot write '" + *target + "': it is the input");
         }
         jobs.push_back(paths);
     }
+    if (options.output == kStandardStream && isatty(STDOUT_FILENO)) {
+        throw ScanError("will not write a picture to the terminal: redirect standard output, or give -o FILE");
+    }
+    for (const std::string& folder : folders) make_output_folder(folder, true);
     return jobs;
 }
 
@@ -139,6 +175,8 @@ int run(int argc, char** argv) {
     const std::vector<JobPaths> jobs = plan(options);
 
     const bool batch = jobs.size() > 1;
+    // Standard output may carry the page itself; the report then goes beside it.
+    std::ostream& out = options.output == kStandardStream ? std::cerr : std::cout;
     int exit_code = kExitPageWritten;
     for (std::size_t i = 0; i < jobs.size(); ++i) {
         const JobReport report = run_job(jobs[i], options);
@@ -147,19 +185,19 @@ int run(int argc, char** argv) {
         const bool answered = options.corners_only && report.exit_code == kExitNoPage;
         if (!answered && report.exit_code > exit_code) exit_code = report.exit_code;
         if (report.exit_code == kExitUsageOrFile) {
-            std::cout.flush();
+            out.flush();
             std::cerr << "morvane-scan: " << report.error << "\n";
         }
         if (options.corners_only) {
-            std::cout << corners_line(report) << "\n";
+            out << corners_line(report) << "\n";
         } else if (options.json) {
-            std::cout << json_report(report) << "\n";
+            out << json_report(report) << "\n";
         } else if (batch) {
-            std::cout << progress_line(report, i + 1, jobs.size()) << "\n";
+            out << progress_line(report, i + 1, jobs.size()) << "\n";
         } else if (report.exit_code != kExitUsageOrFile) {
-            std::cout << summary_text(report);
+            out << summary_text(report);
         }
-        std::cout.flush();
+        out.flush();
     }
     return exit_code;
 }

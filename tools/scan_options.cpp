@@ -1,11 +1,12 @@
 // The command line of morvane-scan: parsing, checking and the help text.
 #include "scan_options.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <sstream>
 
-#include "page_finder.h"
+#include "library_offer.h"
 #include "scan_error.h"
 
 namespace scan {
@@ -75,12 +76,34 @@ std::string number(double value) {
 // Every option, in the order --help lists them.
 std::vector<Section> option_table() {
     return {
+        {"Input",
+         {{{}, false, nullptr, "INPUT", {"a JPEG or PNG file, or - for standard input"}},
+          {{"--ignore-orientation"}, false, [](ScanOptions& o, const std::string&) { o.ignore_orientation = true; },
+           "--ignore-orientation",
+           {"take the pixels as stored; by default a photo is", "turned upright as its EXIF orientation says, and",
+            "corners are pixels of the upright picture"}}}},
         {"Output",
          {{{"-o", "--output"}, true, [](ScanOptions& o, const std::string& v) { o.output = v; },
-           "-o, --output FILE", {"write the straightened page to FILE"}},
+           "-o, --output FILE",
+           {"write the straightened page to FILE; -o - writes it", "to standard output (with --format), and the report",
+            "then goes to standard error"}},
           {{"-d", "--output-dir"}, true, [](ScanOptions& o, const std::string& v) { o.output_folder = v; },
            "-d, --output-dir DIR",
-           {"several inputs: write each page to DIR under the", "input's file name, with a progress line each"}},
+           {"several inputs: write each page to DIR (made when", "missing) under the input's file name, with a",
+            "progress line each"}},
+          {{"--format"}, true,
+           [](ScanOptions& o, const std::string& v) {
+               if (v == "png") {
+                   o.format = ImageFormat::Png;
+               } else if (v == "jpeg" || v == "jpg") {
+                   o.format = ImageFormat::Jpeg;
+               } else {
+                   throw usage("--format needs 'png' or 'jpeg', not '" + v + "'");
+               }
+           },
+           "--format png|jpeg",
+           {"the pages' format, whatever their names say; needed", "with -o -, and with -d each page is named NAME.png",
+            "or NAME.jpg (default: by the output's extension,", "and with -d the input's)"}},
           {{"--overlay"}, true, [](ScanOptions& o, const std::string& v) { o.overlay = v; }, "--overlay PATH",
            {"write a reduced copy of the input with the page's",
             "outline drawn on it (top-left corner in green); with",
@@ -100,14 +123,16 @@ std::vector<Section> option_table() {
            },
            "--jpeg-quality N", {"quality 1-100 for JPEG output (default 92)"}}}},
         {"Finding the page",
-         {{{}, false, nullptr, "(default)", {"hybrid search: page edges, then the text"}},
+         {{{}, false, nullptr, "(default)",
+           {"hybrid search: the page's edges, then its text", "(what this build has is listed at the end)"}},
           {{"--edges-only"}, false, [](ScanOptions& o, const std::string&) { o.edges_only = true; }, "--edges-only",
            {"search the page edges only"}},
           {{"--engine"}, true,
            [](ScanOptions& o, const std::string& v) {
                if (!parse_int(v, 0, 7, o.engine)) throw usage("--engine needs a method from 0 to 7, not '" + v + "'");
            },
-           "--engine N", {"corner search method N (0-7) instead of the corrector"}},
+           "--engine N",
+           {"corner search method N (0-7) instead of the", "corrector; the methods of this build are listed", "at the end"}},
           {{"--corners"}, true,
            [](ScanOptions& o, const std::string& v) {
                if (!parse_corners(v, o.corners)) {
@@ -115,6 +140,8 @@ std::vector<Section> option_table() {
                                "bottom-right, bottom-left, each within +-" + std::to_string(kCornerLimit) +
                                "), not '" + v + "'");
                }
+               const std::string problem = corners_problem(o.corners);
+               if (!problem.empty()) throw usage("--corners must outline a page: " + problem);
                o.has_corners = true;
            },
            "--corners X0,Y0,X1,Y1,X2,Y2,X3,Y3",
@@ -154,9 +181,8 @@ std::vector<Section> option_table() {
            },
            "", {}},
           {{"--dpi"}, false, [](ScanOptions& o, const std::string&) { o.dpi = true; }, "--dpi",
-           {"estimate the image's resolution in dots per inch",
-            "from the size of its characters (300 when it",
-            "shows too little text)"}}}},
+           {"estimate the page's resolution in dots per inch and", "write it into the page (by default the page keeps",
+            "the input's own density, when it has one)"}}}},
         {"Reports",
          {{{}, false, nullptr, "(default)",
            {"a short summary: what was found, the corners, the", "output size and the time taken"}},
@@ -184,10 +210,25 @@ const Option* find_option(const std::vector<Section>& table, const std::string& 
     return nullptr;
 }
 
+// The standard streams: read once, written only as a picture of a named format.
+void check_standard_streams(const ScanOptions& options) {
+    std::size_t from_input = 0;
+    for (const std::string& input : options.inputs) from_input += input == kStandardStream ? 1 : 0;
+    if (from_input > 1) throw usage("standard input (-) can be read only once");
+    if (options.output == kStandardStream) {
+        if (options.format == ImageFormat::Unknown) {
+            throw usage("-o - writes to standard output and needs --format png or --format jpeg");
+        }
+        if (!options.binarize.empty()) throw usage("--binarize writes beside an output file, not beside -o -");
+    }
+    if (options.overlay == kStandardStream) throw usage("--overlay writes a file, not standard output");
+}
+
 // Options that contradict each other, or lack what they go with.
 void check_combinations(const ScanOptions& options) {
     if (options.inputs.empty()) throw usage("no input picture given");
     if (!options.output.empty() && !options.output_folder.empty()) throw usage("-o and -d exclude each other");
+    check_standard_streams(options);
     if (options.inputs.size() > 1 && !options.output.empty()) {
         throw usage("-o names one output; with several inputs give a folder with -d");
     }
@@ -199,6 +240,14 @@ void check_combinations(const ScanOptions& options) {
     const bool writes = !options.output.empty() || !options.output_folder.empty();
     if (options.always_write && !writes) throw usage("--always-write needs an output (-o or -d)");
     if (!options.binarize.empty() && !writes) throw usage("--binarize needs an output (-o or -d)");
+    if (options.format != ImageFormat::Unknown) {
+        if (!writes) throw usage("--format needs an output (-o or -d)");
+        const ImageFormat named = format_of_name(options.output);
+        if (named != ImageFormat::Unknown && named != options.format) {
+            throw usage("--format " + std::string(options.format == ImageFormat::Png ? "png" : "jpeg") +
+                        " does not match the output's name '" + options.output + "'");
+        }
+    }
     if ((options.has_window || options.has_k) && options.binarize.empty()) throw usage("--window and --k go with --binarize");
 }
 
@@ -219,7 +268,41 @@ void write_option_help(std::ostringstream& text, const Option& option) {
     }
 }
 
+const char* const kCornerNames[4] = {"top-left", "top-right", "bottom-right", "bottom-left"};
+
 }  // namespace
+
+std::string corners_problem(const ControlPointCorners& corners) {
+    const auto name = [](int i) { return std::string(kCornerNames[i]); };
+    for (int i = 0; i < 4; ++i) {
+        for (int j = i + 1; j < 4; ++j) {
+            if (corners.x[i] == corners.x[j] && corners.y[i] == corners.y[j]) {
+                return "the " + name(i) + " and " + name(j) + " corners are the same point";
+            }
+        }
+    }
+    // The turn at each corner, the cross product of the sides that meet
+    // there; with y down, a positive turn is clockwise as the picture is shown.
+    long long turn[4];
+    int clockwise = 0;
+    for (int i = 0; i < 4; ++i) {
+        const int before = (i + 3) % 4, after = (i + 1) % 4;
+        const long long ax = corners.x[i] - corners.x[before], ay = corners.y[i] - corners.y[before];
+        const long long bx = corners.x[after] - corners.x[i], by = corners.y[after] - corners.y[i];
+        turn[i] = ax * by - ay * bx;
+        if (turn[i] == 0) return "the " + name(before) + ", " + name(i) + " and " + name(after) + " corners lie on one line";
+        if (turn[i] > 0) ++clockwise;
+    }
+    if (clockwise == 4) return std::string();
+    const std::string order = "top-left, top-right, bottom-right, bottom-left";
+    if (clockwise == 0) return "they run anticlockwise, which would mirror the page; give them " + order;
+    if (clockwise == 2) return "two of its sides cross; give the corners in the order " + order;
+    // One corner turns against the other three: it points into the outline.
+    for (int i = 0; i < 4; ++i) {
+        if ((turn[i] > 0) != (clockwise == 3)) return "the " + name(i) + " corner points inwards";
+    }
+    return std::string();
+}
 
 bool parse_corners(const std::string& text, ControlPointCorners& corners) {
     const std::vector<std::string> parts = split(text, ',');
@@ -281,8 +364,8 @@ std::string help_text() {
             "       morvane-scan [OPTIONS] INPUT... -d OUTDIR\n"
             "\n"
             "Finds the page in a photo (JPEG or PNG), straightens it and writes it as PNG\n"
-            "or JPEG, chosen by the output's extension (.png, .jpg, .jpeg). Without -o or -d\n"
-            "nothing is written: the tool only reports what it found.\n";
+            "or JPEG, chosen by the output's extension (.png, .jpg, .jpeg) or by --format.\n"
+            "Without -o or -d nothing is written: the tool only reports what it found.\n";
     for (const Section& section : option_table()) {
         text << "\n" << section.heading << ":\n";
         for (const Option& option : section.options) write_option_help(text, option);
@@ -297,19 +380,27 @@ std::string help_text() {
             "Errors are one line naming the file and the problem. Outputs are written to a\n"
             "temporary file and renamed, so no half-written file is ever left.\n"
             "\n"
-            "In this build:\n";
+            "In this build (found by asking the library):\n";
+    std::string offered_methods, missing_methods;
+    for (int method = 0; method <= 7; ++method) {
+        std::string& list = engine_method_offered(method) ? offered_methods : missing_methods;
+        list += (list.empty() ? "" : ", ") + std::to_string(method);
+    }
     const std::pair<std::string, bool> offered[] = {
-        {"page finding (default, --edges-only)", true},
-        {"--engine", true},
+        {"page finding by the edges (--edges-only)", edge_search_offered()},
+        {"page finding by the text (default)", text_search_offered()},
+        {"--engine " + offered_methods, true},
+        {"--engine " + missing_methods, false},
         {"--fill", true},
-        {"--binarize sauvola", binarization_available("sauvola")},
-        {"--binarize multiscale", binarization_available("multiscale")},
-        {"--dpi", true},
+        {"--binarize sauvola", binarization_offered("sauvola")},
+        {"--binarize multiscale", binarization_offered("multiscale")},
+        {"--dpi", resolution_estimate_offered()},
         {"--corners, --overlay, reports", true},
     };
     for (const auto& entry : offered) {
+        if (entry.first == "--engine ") continue;  // no method on this side
         std::string line = "  " + entry.first;
-        line.resize(40, ' ');
+        line.resize(std::max<std::size_t>(line.size() + 1, 44), ' ');
         text << line << (entry.second ? "available" : "not available yet") << "\n";
     }
     return text.str();

@@ -5,14 +5,20 @@
 #include <string>
 #include <vector>
 
+#include "image_file.h"
 #include "morvane/morvane.h"
 
 namespace scan {
 
+// "-" as an input or as -o names standard input or output.
+constexpr const char* kStandardStream = "-";
+
 struct ScanOptions {
     std::vector<std::string> inputs;
+    bool ignore_orientation = false;  // take the pixels as stored, not as EXIF says to show them
     std::string output;         // -o: the one output file
     std::string output_folder;  // -d: one output per input, named like the input
+    ImageFormat format = ImageFormat::Unknown;  // --format; Unknown: by the output's name
 
     bool has_corners = false;
     ControlPointCorners corners{};  // top-left, top-right, bottom-right, bottom-left
@@ -51,6 +57,12 @@ ScanOptions parse_options(int argc, const char* const* argv);
 // Parses "x0,y0,x1,y1,x2,y2,x3,y3"; false when it is not eight integers
 // within the limit.
 bool parse_corners(const std::string& text, ControlPointCorners& corners);
+
+// Empty when the corners outline a page: four distinct points, no three on
+// one line, sides that do not cross, every corner pointing outwards, in the
+// order top-left, top-right, bottom-right, bottom-left (clockwise as the
+// picture is shown). Otherwise what is wrong, in words.
+std::string corners_problem(const ControlPointCorners& corners);
 
 // The --help text, with what this build of the library offers.
 std::string help_text();

@@ -48,8 +48,33 @@ std::string optional_times(const JobReport& report) {
     std::size_t used = 0;
     if (report.bitonal_written)
         used += std::snprintf(text, sizeof text, ", binarize %.2f", report.binarize_ms / 1000.0);
-    if (report.has_dpi) std::snprintf(text + used, sizeof text - used, ", resolution %.2f", report.dpi_ms / 1000.0);
+    if (report.estimated_dpi > 0) {
+        std::snprintf(text + used, sizeof text - used, ", resolution %.2f", report.dpi_ms / 1000.0);
+    }
     return text;
+}
+
+// [300,300], or null for a density that is not known.
+std::string json_density(int x_dpi, int y_dpi) {
+    if (x_dpi <= 0 || y_dpi <= 0) return "null";
+    return "[" + std::to_string(x_dpi) + "," + std::to_string(y_dpi) + "]";
+}
+
+// "300 dpi" or "300 x 600 dpi".
+std::string density_words(int x_dpi, int y_dpi) {
+    return (x_dpi == y_dpi ? std::to_string(x_dpi) : std::to_string(x_dpi) + " x " + std::to_string(y_dpi)) + " dpi";
+}
+
+std::string output_name(const std::string& output) {
+    return output == kStandardStream ? std::string("standard output") : output;
+}
+
+// A line on the EXIF orientation when the file has one that turns it.
+std::string orientation_line(const JobReport& report) {
+    if (report.orientation <= 1) return std::string();
+    const std::string tag = "EXIF orientation " + std::to_string(report.orientation);
+    if (report.orientation_applied) return "  turned upright as its " + tag + " says\n";
+    return "  " + tag + " ignored: the pixels as stored\n";
 }
 
 }  // namespace
@@ -57,7 +82,9 @@ std::string optional_times(const JobReport& report) {
 std::string summary_text(const JobReport& report) {
     const JobPaths& paths = report.paths;
     std::string text = paths.input + ": " + std::to_string(report.input_width) + " x " +
-                       std::to_string(report.input_height) + (report.input_channels == 3 ? " colour" : " gray") + "\n";
+                       std::to_string(report.input_height) + (report.input_channels == 3 ? " colour" : " gray") +
+                       (report.input_x_dpi > 0 ? ", " + density_words(report.input_x_dpi, report.input_y_dpi) : "") +
+                       "\n" + orientation_line(report);
     if (report.source == CornerSource::Given) {
         text += "  corners given: " + corner_list(report.corners) + "\n";
     } else {
@@ -65,14 +92,20 @@ std::string summary_text(const JobReport& report) {
         if (report.has_corners) text += "  corners: " + corner_list(report.corners) + "\n";
     }
     if (report.written) {
-        text += std::string(report.page_found ? "  page written to " : "  whole image written to ") + paths.output +
-                ": " + std::to_string(report.output_width) + " x " + std::to_string(report.output_height) + "\n";
+        text += std::string(report.page_found ? "  page written to " : "  whole image written to ") +
+                output_name(paths.output) + ": " + std::to_string(report.output_width) + " x " +
+                std::to_string(report.output_height);
+        if (!report.density_source.empty()) {
+            text += ", " + density_words(report.output_x_dpi, report.output_y_dpi) +
+                    (report.density_source == "estimate" ? " (estimated)" : " (the input's)");
+        }
+        text += "\n";
     } else if (!paths.output.empty()) {
-        text += "  nothing written to " + paths.output + " (--always-write writes the whole image)\n";
+        text += "  nothing written to " + output_name(paths.output) + " (--always-write writes the whole image)\n";
     }
     if (report.bitonal_written) text += "  black-and-white page written to " + paths.bitonal + "\n";
     if (report.overlay_written) text += "  overlay written to " + paths.overlay + "\n";
-    if (report.has_dpi) text += "  resolution: " + std::to_string(report.dpi) + " dpi\n";
+    if (report.estimated_dpi > 0) text += "  resolution: " + std::to_string(report.estimated_dpi) + " dpi\n";
     char times[240];
     std::snprintf(times, sizeof times, "  time: %s (decode %.2f, find %.2f, rectify %.2f, encode %.2f%s)\n",
                   seconds(report.total_ms).c_str(), report.decode_ms / 1000.0, report.find_ms / 1000.0,
@@ -86,7 +119,7 @@ std::string progress_line(const JobReport& report, std::size_t index, std::size_
     if (report.exit_code == kExitUsageOrFile) return line + ": failed";
     line += ": " + outcome_words(report);
     if (report.written) line += ", " + std::to_string(report.output_width) + " x " + std::to_string(report.output_height);
-    if (report.has_dpi) line += ", " + std::to_string(report.dpi) + " dpi";
+    if (report.estimated_dpi > 0) line += ", " + std::to_string(report.estimated_dpi) + " dpi";
     return line + ", " + seconds(report.total_ms);
 }
 
@@ -99,30 +132,23 @@ std::string json_report(const JobReport& report) {
     }
     json.number("input_width", static_cast<long long>(report.input_width))
         .number("input_height", static_cast<long long>(report.input_height))
-        .text("source", source_name(report));
-    if (report.searched) {
-        json.number("code", static_cast<long long>(report.code));
-    } else {
-        json.null("code");
-    }
-    json.text("meaning", report.meaning)
+        .text("source", source_name(report))
+        .number_or_null("code", report.code, report.searched)
+        .text("meaning", report.meaning)
         .boolean("page_found", report.page_found)
         .raw("corners", json_corners(report.has_corners ? &report.corners : nullptr))
-        .text_or_null("output", report.written ? report.paths.output : std::string());
-    if (report.written) {
-        json.number("output_width", static_cast<long long>(report.output_width))
-            .number("output_height", static_cast<long long>(report.output_height));
-    } else {
-        json.null("output_width").null("output_height");
-    }
-    json.text_or_null("bitonal", report.bitonal_written ? report.paths.bitonal : std::string());
-    json.text_or_null("overlay", report.overlay_written ? report.paths.overlay : std::string());
-    // Null when not asked for (--dpi).
-    if (report.has_dpi) {
-        json.number("dpi", static_cast<long long>(report.dpi));
-    } else {
-        json.null("dpi");
-    }
+        .text_or_null("output", report.written ? report.paths.output : std::string())
+        .number_or_null("output_width", report.output_width, report.written)
+        .number_or_null("output_height", report.output_height, report.written)
+        .text_or_null("bitonal", report.bitonal_written ? report.paths.bitonal : std::string())
+        .text_or_null("overlay", report.overlay_written ? report.paths.overlay : std::string())
+        .number_or_null("orientation", report.orientation, report.orientation > 0)
+        .boolean("orientation_applied", report.orientation_applied)
+        .raw("input_dpi", json_density(report.input_x_dpi, report.input_y_dpi))
+        .raw("output_dpi", json_density(report.output_x_dpi, report.output_y_dpi))
+        .text_or_null("output_dpi_from", report.density_source)
+        // Null unless asked for with --dpi.
+        .number_or_null("dpi", report.estimated_dpi, report.estimated_dpi > 0);
     JsonObject times;
     times.number("decode", report.decode_ms, 1)
         .number("find", report.find_ms, 1)

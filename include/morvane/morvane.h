@@ -189,10 +189,15 @@ MORVANE_API int obtain_output_image_dimension(const ControlPointCorners* corners
  * An image is refused when its long side exceeds 7.0 times its short side or
  * its short side is below 10 pixels. Four-channel images cannot be searched.
  *
- * In this version of the library the page-edge and text searches find no
- * geometry yet: the run functions answer 3 (or 0 for a refused image), and
- * the corners that obtain_four_corners reports are the whole image. Of the
- * two binarization methods only Sauvola (0) is available.
+ * What this version of the library has of the above, one step a line:
+ * - The page-edge search runs its binary and edge stages (large blobs and
+ *   their outlines); its line segment stage, which completes pages cut by
+ *   the image border, is not part of this version.
+ * - The text search is a stand-in: a hybrid run passes the edge search's
+ *   result on and answers as an edge-only run does.
+ * - The resolution estimate reads the size of the text by page analysis
+ *   (300 when it finds too little text).
+ * - Of the two binarization methods only Sauvola (0) is present.
  */
 
 /* A new corrector with every parameter at its default; free it with destroy_corrector. */

@@ -222,11 +222,15 @@ def label_blobs(bitonal, connectivity=8):
     return _morvane.label_blobs(bitonal, connectivity)
 
 
-def read_image(path):
+def read_image(path, orientation=True):
     """Reads a JPEG or PNG file, told by its content, into uint8 HxW (gray
     files) or HxWx3 (all others; 16-bit, paletted and transparent PNGs are
-    converted, transparency over white) with the codecs of morvane-scan."""
-    return _morvane.read_image(os.fspath(path))
+    converted, transparency over white) with the codecs of morvane-scan.
+
+    orientation: True turns a photo upright as its EXIF orientation says, as
+    morvane-scan and image viewers do; False gives the pixels as stored.
+    """
+    return _morvane.read_image(os.fspath(path), bool(orientation))
 
 
 def write_image(path, image, png_level=1, jpeg_quality=92):

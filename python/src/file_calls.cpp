@@ -12,11 +12,11 @@ namespace py = pybind11;
 namespace pymorvane {
 namespace {
 
-py::array read_image(const std::string& path) {
+py::array read_image(const std::string& path, bool orientation) {
     scan::Raster raster;
     {
         py::gil_scoped_release release;
-        raster = scan::read_image_file(path);
+        raster = scan::read_image_file(path, orientation).raster;
     }
     return to_array(std::move(raster));
 }
@@ -38,7 +38,7 @@ void write_image(const std::string& path, const py::object& image, int png_level
 }  // namespace
 
 void add_file_calls(py::module_& module) {
-    module.def("read_image", &read_image, py::arg("path"));
+    module.def("read_image", &read_image, py::arg("path"), py::arg("orientation"));
     module.def("write_image", &write_image, py::arg("path"), py::arg("image"), py::arg("png_level"),
                py::arg("jpeg_quality"));
 }

@@ -40,6 +40,23 @@ def test_corners_and_pages_are_those_of_the_command_line_tool(photo, options, ar
         assert np.abs(page.corners - PAGE).max() <= 3
 
 
+def test_read_image_turns_a_photo_upright_as_its_exif_orientation_says(tmp_path):
+    stored = np.zeros((40, 64, 3), np.uint8)
+    stored[:, :32] = (220, 30, 30)
+    morvane.write_image(tmp_path / "plain.jpg", stored, jpeg_quality=95)
+    jpeg = (tmp_path / "plain.jpg").read_bytes()
+    # APP1 after the JFIF marker: a big-endian EXIF block with Orientation 6, a quarter turn clockwise.
+    exif = b"Exif\0\0MM\0\x2a\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0\x06" + bytes(6)
+    end_of_jfif = 4 + int.from_bytes(jpeg[4:6], "big")
+    (tmp_path / "photo.jpg").write_bytes(
+        jpeg[:end_of_jfif] + b"\xff\xe1" + (len(exif) + 2).to_bytes(2, "big") + exif + jpeg[end_of_jfif:])
+    upright = morvane.read_image(tmp_path / "photo.jpg")
+    assert upright.shape == (64, 40, 3)
+    assert (upright[:30, 20, 0] > 200).all() and (upright[34:, 20, 0] < 60).all()  # the red left half is now on top
+    assert_array_equal(morvane.read_image(tmp_path / "photo.jpg", orientation=False),
+                       morvane.read_image(tmp_path / "plain.jpg"))
+
+
 def test_arrays_of_each_kind_round_trip(tmp_path):
     gray = page_photo(203, 150, [(30, 20), (170, 25), (160, 130), (35, 120)])
     rgb = np.dstack([gray, gray // 2, 255 - gray])

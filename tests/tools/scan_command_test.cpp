@@ -36,11 +36,22 @@ TEST_F(ScanCommand, BadCommandLinesExitTwoWithOneLineAndWriteNothing) {
         {{"page.png", "--corners", "0,0,1000001,0,9,9,0,9", "-o", "out.png"}, "--corners needs eight integers"},
         {{"page.png", "--corners", kCorners, "-o", "missing/out.png"},
          "cannot write 'missing/out.png': folder 'missing' does not exist"},
-        {{"page.png", "page.png", "-d", "missing"}, "cannot write into 'missing': folder 'missing' does not exist"},
+        {{"page.png", "-d", "page.png/out"}, "cannot write into 'page.png/out': cannot make the folder: "},
+        {{"page.png", "page.png", "-d", "made"}, "two results would both be written to 'made/page.png'"},
         {{"page.png", "--corners", kCorners, "-o", "out.tif"}, "cannot write 'out.tif': unknown picture format"},
         {{"page.png", "--corners", kCorners, "-o", "page.png"}, "cannot write 'page.png': it is the input"},
         {{"page.png", "--frobnicate"}, "unknown option '--frobnicate'"},
         {{"page.png", "--engine", "8"}, "--engine needs a method from 0 to 7, not '8'"},
+        {{"page.png", "--corners", "0,0,0,0,0,0,0,0"}, "--corners must outline a page: the top-left and top-right corners are the same point"},
+        {{"page.png", "--corners", "0,0,100,0,200,0,0,100"}, "--corners must outline a page: the top-left, top-right and bottom-right corners lie on one line"},
+        {{"page.png", "--corners", "0,0,100,0,0,100,100,100"}, "--corners must outline a page: two of its sides cross"},
+        {{"page.png", "--corners", "0,0,0,100,100,100,100,0"}, "--corners must outline a page: they run anticlockwise"},
+        {{"page.png", "--corners", "0,0,100,0,30,30,0,100"}, "--corners must outline a page: the bottom-right corner points inwards"},
+        {{"page.png", "--corners", kCorners, "-o", "-"}, "-o - writes to standard output and needs --format png or --format jpeg"},
+        {{"-", "-", "--json"}, "standard input (-) can be read only once"},
+        {{"page.png", "--corners", kCorners, "-o", "out.png", "--format", "jpeg"}, "--format jpeg does not match the output's name 'out.png'"},
+        {{"page.png", "--format", "tiff", "-o", "out"}, "--format needs 'png' or 'jpeg', not 'tiff'"},
+        {{"page.png", "--format", "png"}, "--format needs an output (-o or -d)"},
         {{"page.png", "--png-level", "10", "-o", "out.png"}, "--png-level needs a level from 0 to 9"},
         {{"page.png", "--fill", "1,2", "--corners", kCorners, "-o", "out.png"}, "--fill needs R,G,B"},
         {{"page.png", "--fill", "256,0,0", "--corners", kCorners, "-o", "out.png"}, "--fill needs R,G,B"},
@@ -64,11 +75,18 @@ TEST_F(ScanCommand, BadCommandLinesExitTwoWithOneLineAndWriteNothing) {
     }
 }
 
+// The miss names the searches that ran: the text only where this build has it.
 TEST_F(ScanCommand, NoPageFoundWritesNothingUnlessAskedAndExitsOne) {
     const RunResult nothing = folder.run({"flat.png", "-o", "out.png"});
     EXPECT_EQ(nothing.exit_code, 1);
-    EXPECT_NE(nothing.out.find("no page found"), std::string::npos) << nothing.out;
+    const bool text = folder.run({"--help"}).out.find("page finding by the text (default)        available") != std::string::npos;
+    EXPECT_NE(nothing.out.find(text ? "no page found (code 3: no usable result: neither edges nor text gave a page)"
+                                    : "no page found (code 3: no usable result: the page's edges gave no page)"),
+              std::string::npos)
+        << nothing.out;
     EXPECT_FALSE(folder.files().count("out.png"));
+    const RunResult edges = folder.run({"flat.png", "--edges-only"});
+    EXPECT_NE(edges.out.find("(code 3: no usable result: the page's edges gave no page)"), std::string::npos) << edges.out;
 
     const RunResult whole = folder.run({"flat.png", "-o", "out.png", "--always-write"});
     EXPECT_EQ(whole.exit_code, 1);
@@ -110,12 +128,12 @@ TEST_F(ScanCommand, JsonReportsEveryFieldOnOneLine) {
     EXPECT_EQ(broken.out, "{\"input\": \"missing.png\", \"error\": \"cannot read 'missing.png': no such file\", \"exit\": 2}\n");
 }
 
+// The folder is made when it is missing, as the README's batch example has it.
 TEST_F(ScanCommand, SeveralInputsGoToTheFolderWithAProgressLineEach) {
-    std::filesystem::create_directory(folder.path("out"));
     std::filesystem::create_directory(folder.path("shots"));
     save_jpeg(folder.path("shots/second.jpg"), synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159));
     folder.write_bytes("notes.png", "not a picture");
-    const RunResult run = folder.run({"page.png", "shots/second.jpg", "notes.png", "--corners", kCorners, "-d", "out",
+    const RunResult run = folder.run({"page.png", "shots/second.jpg", "notes.png", "--corners", kCorners, "-d", "out/",
                                       "--overlay", "out"});
     EXPECT_EQ(run.exit_code, 2);  // the highest code of the three
     const std::vector<std::string> lines = run.out_lines();
@@ -131,6 +149,12 @@ TEST_F(ScanCommand, SeveralInputsGoToTheFolderWithAProgressLineEach) {
     EXPECT_EQ(in_out, (std::set<std::string>{"out/page.png", "out/second.jpg", "out/page-overlay.png",
                                              "out/second-overlay.png"}));
     EXPECT_EQ(load(folder.path("out/second.jpg")).width, 200);
+
+    // --format names every page for its format, in folders made on the way.
+    const RunResult png = folder.run({"page.png", "shots/second.jpg", "--corners", kCorners, "-d", "new/pages", "--format", "png"});
+    EXPECT_EQ(png.exit_code, 0) << png.err;
+    EXPECT_EQ(folder.read_bytes("new/pages/page.png"), folder.read_bytes("out/page.png"));
+    EXPECT_EQ(folder.read_bytes("new/pages/second.png").substr(1, 3), "PNG");
 }
 
 TEST_F(ScanCommand, TwoInputsWithOneNameAreRefusedBeforeAnyWork) {
@@ -199,6 +223,35 @@ TEST_F(ScanCommand, DpiReportsTheEstimateFromTheCharacterSize) {
     EXPECT_NE(batch.out.find(", 300 dpi, "), std::string::npos) << batch.out;
 }
 
+// The help's methods are those the library answers with on a page of its
+// own, and a method it lacks is refused before any work.
+TEST_F(ScanCommand, HelpListsTheEngineMethodsTheLibraryAnswersWith) {
+    const std::string help = folder.run({"--help"}).out;
+    const scan::Raster page = synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159);
+    const ImageCApi image = page.c_api();
+    std::string offered, missing;
+    for (int method = 0; method <= 7; ++method) {
+        void* engine = create_corner_search_enginee(method);
+        ControlPointCorners corners{};
+        std::string& list = perform_corner_searching(engine, &image, &corners) > 0 ? offered : missing;
+        destroy_corner_search_enginee(engine);
+        list += (list.empty() ? "" : ", ") + std::to_string(method);
+        if (&list == &offered) continue;
+        const RunResult run = folder.run({"page.png", "--engine", std::to_string(method), "-o", "o.png"});
+        EXPECT_EQ(run.exit_code, 2);
+        EXPECT_EQ(run.err, "morvane-scan: --engine " + std::to_string(method) +
+                               " is not available in this build yet (morvane-scan --help lists the methods it has)\n");
+    }
+    for (const auto& [methods, word] : {std::pair{offered, std::string("  available")}, std::pair{missing, std::string(" not available yet")}}) {
+        if (methods.empty()) continue;
+        const std::size_t start = help.find("\n  --engine " + methods + " ");
+        ASSERT_NE(start, std::string::npos) << methods << "\n" << help;
+        const std::string line = help.substr(start, help.find('\n', start + 1) - start);
+        EXPECT_EQ(line.substr(line.size() - word.size()), word) << line;
+    }
+    EXPECT_FALSE(folder.files().count("o.png"));
+}
+
 TEST_F(ScanCommand, FillColoursTheOutside) {
     // Corners reaching left of the image: the first output columns lie outside.
     const RunResult run = folder.run({"page.png", "--corners", "-40,30,219,30,219,159,-40,159", "--fill", "255,0,0",
@@ -214,7 +267,7 @@ TEST_F(ScanCommand, HelpListsTheExitCodesAndWhatThisBuildLacks) {
     const RunResult help = folder.run({"--help"});
     EXPECT_EQ(help.exit_code, 0);
     for (const char* text : {"Usage: morvane-scan", "  0  page found", "  1  no page found", "  2  usage error",
-                             "--corners-only", "--png-level N", "In this build:"}) {
+                             "--corners-only", "--png-level N", "In this build"}) {
         EXPECT_NE(help.out.find(text), std::string::npos) << text;
     }
     struct Case {

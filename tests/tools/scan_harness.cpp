@@ -2,6 +2,7 @@
 #include "scan_harness.h"
 
 #include <csetjmp>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -61,7 +62,9 @@ ScanFolder::~ScanFolder() {
     std::filesystem::remove_all(root_, ignored);
 }
 
-RunResult ScanFolder::run(const std::vector<std::string>& args) const {
+RunResult ScanFolder::run(const std::vector<std::string>& args) const { return run_piped(args, std::string()); }
+
+RunResult ScanFolder::run_piped(const std::vector<std::string>& args, const std::string& piped) const {
     const std::string out_path = root_ + "/stdout";
     const std::string err_path = root_ + "/stderr";
     std::vector<std::string> argv_text = {MORVANE_SCAN_PROGRAM};
@@ -70,14 +73,30 @@ RunResult ScanFolder::run(const std::vector<std::string>& args) const {
     for (std::string& arg : argv_text) argv.push_back(arg.data());
     argv.push_back(nullptr);
 
+    int pipe_ends[2];
+    if (pipe(pipe_ends) != 0) return RunResult();
     const pid_t child = fork();
     if (child == 0) {
         const int out = open(out_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
         const int err = open(err_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-        if (out < 0 || err < 0 || dup2(out, 1) < 0 || dup2(err, 2) < 0 || chdir(work_.c_str()) != 0) _exit(127);
+        if (out < 0 || err < 0 || dup2(pipe_ends[0], 0) < 0 || dup2(out, 1) < 0 || dup2(err, 2) < 0 ||
+            chdir(work_.c_str()) != 0) {
+            _exit(127);
+        }
+        close(pipe_ends[1]);
         execv(argv[0], argv.data());
         _exit(127);
     }
+    close(pipe_ends[0]);
+    // The tool may stop reading early (a picture it refuses): the rest is dropped.
+    const auto old_handler = std::signal(SIGPIPE, SIG_IGN);
+    for (std::size_t sent = 0; sent < piped.size();) {
+        const ssize_t done = write(pipe_ends[1], piped.data() + sent, piped.size() - sent);
+        if (done <= 0) break;
+        sent += static_cast<std::size_t>(done);
+    }
+    close(pipe_ends[1]);
+    std::signal(SIGPIPE, old_handler);
     RunResult result;
     int status = 0;
     if (child < 0 || waitpid(child, &status, 0) != child) return result;
@@ -134,7 +153,21 @@ void save_jpeg(const std::string& path, const scan::Raster& image) {
     scan::write_jpeg(file.get(), image, 95);
 }
 
-scan::Raster load(const std::string& path) { return scan::read_image_file(path); }
+void save_jpeg_with_orientation(const std::string& path, const scan::Raster& stored, int orientation) {
+    save_jpeg(path, stored);
+    std::string bytes = slurp(path);
+    // APP1 after the JFIF marker: "Exif\0\0", a big-endian TIFF header, and
+    // one directory of one entry, Orientation (0x0112), a SHORT.
+    const std::string exif = std::string("Exif\0\0MM\0\x2a\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01", 24) +
+                             static_cast<char>(0) + static_cast<char>(orientation) + std::string(6, '\0');
+    const std::size_t length = exif.size() + 2;
+    const std::string marker = std::string("\xff\xe1") + static_cast<char>(length >> 8) + static_cast<char>(length & 0xff);
+    const std::size_t after_jfif = 4 + (static_cast<unsigned char>(bytes[4]) << 8 | static_cast<unsigned char>(bytes[5]));
+    bytes.insert(after_jfif, marker + exif);
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+scan::Raster load(const std::string& path) { return scan::read_image_file(path).raster; }
 
 bool same_pixels(const scan::Raster& a, const scan::Raster& b) {
     return a.width == b.width && a.height == b.height && a.channels == b.channels &&

@@ -32,6 +32,8 @@ public:
 
     std::string path(const std::string& name) const { return work_ + "/" + name; }
     RunResult run(const std::vector<std::string>& args) const;
+    // The same with `piped` written into the tool's standard input through a pipe.
+    RunResult run_piped(const std::vector<std::string>& args, const std::string& piped) const;
     // Every file name under the folder, sub-folders included ("out/a.png").
     std::set<std::string> files() const;
 
@@ -49,8 +51,12 @@ scan::Raster synthetic_page(int width, int height, int channels, int left, int t
 // One flat gray: nothing in it looks like a page.
 scan::Raster flat_image(int width, int height, unsigned char value);
 
+// Written with the raster's density, if it has one.
 void save_png(const std::string& path, const scan::Raster& image);
 void save_jpeg(const std::string& path, const scan::Raster& image);
+// A JPEG whose EXIF block holds the orientation tag alone, as a phone writes
+// it beside pixels stored as the sensor gave them.
+void save_jpeg_with_orientation(const std::string& path, const scan::Raster& stored, int orientation);
 scan::Raster load(const std::string& path);
 bool same_pixels(const scan::Raster& a, const scan::Raster& b);
 

@@ -211,6 +211,128 @@ TEST(ScanInputs, BadInputsAndOversizedPagesGiveOneLineNamingTheFileAndExitTwo) {
     }
 }
 
+// A stored picture of four coloured quarters, written with each EXIF
+// orientation: the tool shows it as the tag says, corners and sizes are
+// those of the upright picture, and the density turns with the sides.
+TEST(ScanInputs, PhotosAreTurnedUprightByTheirExifOrientation) {
+    constexpr int w = 64, h = 48;
+    enum Colour { R, G, B, W };
+    const unsigned char rgb[4][3] = {{220, 30, 30}, {30, 200, 40}, {30, 40, 220}, {240, 240, 240}};
+    scan::Raster stored = scan::make_raster(w, h, 3);
+    stored.x_dpi = 300;
+    stored.y_dpi = 150;
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w; ++x) std::memcpy(stored.row(y) + 3 * x, rgb[(y >= h / 2) * 2 + (x >= w / 2)], 3);
+    struct Case {
+        int orientation;
+        bool ignore;
+        Colour quarters[4];  // top-left, top-right, bottom-left, bottom-right as shown
+    };
+    const Case cases[] = {
+        {1, false, {R, G, B, W}}, {2, false, {G, R, W, B}}, {3, false, {W, B, G, R}}, {4, false, {B, W, R, G}},
+        {5, false, {R, B, G, W}}, {6, false, {B, R, W, G}}, {7, false, {W, G, B, R}}, {8, false, {G, W, R, B}},
+        {6, true, {R, G, B, W}},
+    };
+    ScanFolder folder;
+    for (const Case& c : cases) {
+        SCOPED_TRACE("orientation " + std::to_string(c.orientation) + (c.ignore ? ", ignored" : ""));
+        save_jpeg_with_orientation(folder.path("photo.jpg"), stored, c.orientation);
+        const bool turned = c.orientation >= 5 && !c.ignore;
+        const int sw = turned ? h : w, sh = turned ? w : h;
+        const std::string right = std::to_string(sw - 1), bottom = std::to_string(sh - 1);
+        std::vector<std::string> args = {"photo.jpg", "--corners", "0,0," + right + ",0," + right + "," + bottom + ",0," + bottom,
+                                         "-o", "page.png", "--json"};
+        if (c.ignore) args.push_back("--ignore-orientation");
+        const RunResult run = folder.run(args);
+        ASSERT_EQ(run.exit_code, 0) << run.err;
+        const std::string dpi = turned ? "[150,300]" : "[300,150]";
+        for (const std::string& field :
+             {"\"input_width\": " + std::to_string(sw) + ", \"input_height\": " + std::to_string(sh),
+              "\"orientation\": " + std::to_string(c.orientation) + ", \"orientation_applied\": " + (c.ignore ? "false" : "true"),
+              "\"input_dpi\": " + dpi + ", \"output_dpi\": " + dpi + ", \"output_dpi_from\": \"input\""}) {
+            EXPECT_NE(run.out.find(field), std::string::npos) << field << "\n" << run.out;
+        }
+        const scan::Raster page = load(folder.path("page.png"));
+        ASSERT_EQ(page.width, sw);
+        ASSERT_EQ(page.height, sh);
+        EXPECT_EQ(page.x_dpi, turned ? 150 : 300);
+        for (int q = 0; q < 4; ++q) {
+            const unsigned char* pixel = page.row((q / 2 * 2 + 1) * sh / 4) + 3 * ((q % 2 * 2 + 1) * sw / 4);
+            for (int k = 0; k < 3; ++k) EXPECT_NEAR(pixel[k], rgb[c.quarters[q]][k], 12) << "quarter " << q;
+        }
+    }
+    // A tag alone brings no density of its own: libexif must not make one up.
+    stored.x_dpi = stored.y_dpi = 0;
+    save_jpeg_with_orientation(folder.path("photo.jpg"), stored, 6);
+    const RunResult bare = folder.run({"photo.jpg", "--corners", "0,0,47,0,47,63,0,63", "-o", "page.png", "--json"});
+    ASSERT_EQ(bare.exit_code, 0) << bare.err;
+    EXPECT_NE(bare.out.find("\"input_dpi\": null, \"output_dpi\": null, \"output_dpi_from\": null"), std::string::npos) << bare.out;
+    EXPECT_EQ(load(folder.path("page.png")).x_dpi, 0);
+}
+
+// The input read once through a pipe, by "-" or by the pipe's own name, and
+// the page written to standard output: the same bytes as from and to files.
+TEST(ScanInputs, PicturesComeThroughPipesBothWays) {
+    ScanFolder folder;
+    save_jpeg(folder.path("page.jpg"), synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159));
+    const std::string photo = folder.read_bytes("page.jpg");
+    ASSERT_EQ(folder.run({"page.jpg", "--corners", kCorners, "-o", "file.png"}).exit_code, 0);
+    ASSERT_EQ(folder.run({"page.jpg", "--corners", kCorners, "-o", "file.jpg"}).exit_code, 0);
+    struct Case {
+        const char* input;
+        std::vector<std::string> output;
+        const char* same_as;
+    };
+    const Case cases[] = {
+        {"-", {"-o", "piped.png"}, "file.png"},
+        {"/dev/stdin", {"-o", "piped.png"}, "file.png"},
+        {"page.jpg", {"-o", "-", "--format", "jpeg"}, "file.jpg"},
+        {"-", {"-o", "-", "--format", "png"}, "file.png"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.input) + " -> " + c.output[1]);
+        std::vector<std::string> args = {c.input, "--corners", kCorners};
+        args.insert(args.end(), c.output.begin(), c.output.end());
+        const RunResult run = folder.run_piped(args, photo);
+        ASSERT_EQ(run.exit_code, 0) << run.err;
+        if (c.output[1] == "-") {
+            EXPECT_EQ(run.out, folder.read_bytes(c.same_as));
+            EXPECT_NE(run.err.find("page written to standard output: 200 x 130"), std::string::npos) << run.err;
+        } else {
+            EXPECT_EQ(folder.read_bytes("piped.png"), folder.read_bytes(c.same_as));
+        }
+    }
+    const RunResult refused = folder.run_piped({"-", "--corners", kCorners, "-o", "-", "--format", "png"}, "GIF89a...");
+    EXPECT_EQ(refused.exit_code, 2);
+    EXPECT_EQ(refused.err, "morvane-scan: cannot read standard input: not a JPEG or PNG file\n");
+    EXPECT_EQ(refused.out, "");
+}
+
+// The density of the input goes to the page in either format: JFIF in dots
+// per inch, pHYs in dots per metre.
+TEST(ScanInputs, ThePageKeepsTheInputsDensity) {
+    ScanFolder folder;
+    scan::Raster photo = synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159);
+    photo.x_dpi = photo.y_dpi = 300;
+    save_jpeg(folder.path("photo.jpg"), photo);
+    save_png(folder.path("photo.png"), photo);
+    for (const char* input : {"photo.jpg", "photo.png"}) {
+        for (const char* output : {"page.png", "page.jpg"}) {
+            SCOPED_TRACE(std::string(input) + " -> " + output);
+            const RunResult run = folder.run({input, "--corners", kCorners, "-o", output});
+            ASSERT_EQ(run.exit_code, 0) << run.err;
+            EXPECT_NE(run.out.find("200 x 130, 300 dpi (the input's)"), std::string::npos) << run.out;
+            const scan::Raster page = load(folder.path(output));
+            EXPECT_EQ(page.x_dpi, 300);
+            EXPECT_EQ(page.y_dpi, 300);
+        }
+    }
+    // Without a density nothing is made up: JFIF keeps its 1:1 aspect, PNG has no pHYs.
+    save_jpeg(folder.path("plain.jpg"), synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159));
+    ASSERT_EQ(folder.run({"plain.jpg", "--corners", kCorners, "-o", "plain.png"}).exit_code, 0);
+    EXPECT_EQ(folder.read_bytes("plain.png").find("pHYs"), std::string::npos);
+}
+
 TEST(ScanInputs, TheBundledSampleRectifiesWithItsKnownCorners) {
     const std::string sample = std::string(MORVANE_SOURCE_DIR) + "/samples/page.jpg";
     std::ifstream corners_file(std::string(MORVANE_SOURCE_DIR) + "/samples/page.corners");
