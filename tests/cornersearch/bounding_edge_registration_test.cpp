@@ -176,6 +176,19 @@ TEST(CornerPreprocessing, SmoothingFollowsTheBackgroundNoise) {
     EXPECT_TRUE(strong);
 }
 
+// The bright class is set: a rim inside the page's edges, while the desk and
+// the image's frame stay clear.
+TEST(CornerPreprocessing, AdaptiveBinarizationSetsThePagesRimNotTheFrame) {
+    const common::BasicImage photo =
+        page_photos::photo(400, 300, page_photos::quad(60, 40, 340, 40, 340, 260, 60, 260), 205, 70, false);
+    common::BasicImage binary;
+    CornerPreprocessing::perform_adaptive_binarization(photo, binary, 77);
+    EXPECT_EQ(binary.get_pixel(0, 0), 0u);
+    EXPECT_EQ(binary.get_pixel(200, 299), 0u);
+    EXPECT_EQ(binary.get_pixel(30, 150), 0u);
+    EXPECT_NE(binary.get_pixel(62, 150), 0u);
+}
+
 TEST(BoundingEdgeRegistration, LargeBlobAnalyzerStopsOnceTheImageStopsChanging) {
     const common::BasicImage photo = page_photos::photo(200, 150, page_photos::quad(40, 30, 160, 30, 160, 120, 40, 120));
     auto analyzer = std::make_shared<LargeBlobCornerAnalyzer>();
