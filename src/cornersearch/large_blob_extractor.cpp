@@ -23,8 +23,8 @@ std::size_t largest(const std::vector<int>& values) {
 
 // The three selections, which both generations of the extractor share.
 bool select_by_area(const LargeBlobExtractorPara& para, LargeBlobLists& lists, std::vector<int>& selected) {
+    if (lists.size() == 0) return false;
     const int limit = std::min(para.maximum_selected_blobs, static_cast<int>(lists.size()));
-    if (lists.size() == 0 || limit <= 0) return false;
     int count = 0;
     float total = 0.0f;
     do {

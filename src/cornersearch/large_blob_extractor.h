@@ -56,7 +56,7 @@ public:
     // The selections. Each appends the indices it chooses to `selected` and
     // erases a chosen blob from every list; the first of equal measures is
     // taken first.
-    // The largest area, then the next largest while
+    // The largest area whatever the count limit, then the next largest while
     // the chosen areas sum to less than minimum_total_area and fewer than
     // min(maximum_selected_blobs, blobs) were chosen. True when that count
     // limit was not used up.

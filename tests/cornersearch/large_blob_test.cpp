@@ -196,15 +196,19 @@ TEST(LargeBlobExtractor, SelectsByAreaThenWidthThenHeight) {
     // One blob left: nothing may be chosen.
     extractor.select_large_height(lists);
     EXPECT_EQ(extractor.get_selected().size(), 4u);
-    // The count limit used up answers false.
+    // The count limit used up answers false; a limit of 0 or less still
+    // takes the largest blob.
     para.minimum_total_area = 1000.0f;
-    geometric::LargeBlobLists again;
-    again.areas = {10, 20};
-    again.widths = again.heights = {1, 1};
-    again.indices = {0, 1};
-    LargeBlobExtractor second(para);
-    EXPECT_FALSE(second.select_large_area(again));
-    EXPECT_EQ(second.get_selected(), (std::vector<int>{1, 0}));
+    for (int maximum : {3, 0, -1}) {
+        para.maximum_selected_blobs = maximum;
+        geometric::LargeBlobLists again;
+        again.areas = {10, 20};
+        again.widths = again.heights = {1, 1};
+        again.indices = {0, 1};
+        LargeBlobExtractor second(para);
+        EXPECT_FALSE(second.select_large_area(again)) << maximum;
+        EXPECT_EQ(second.get_selected(), maximum > 0 ? (std::vector<int>{1, 0}) : (std::vector<int>{1})) << maximum;
+    }
 }
 
 TEST(LargeBlobExtractor, BothGenerationsHandOutTheLargeBlobsOutline) {
