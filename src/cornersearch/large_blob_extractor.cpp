@@ -53,14 +53,13 @@ void select_by(const LargeBlobExtractorPara& para, const std::vector<int>& measu
     }
 }
 
-// Area, then width when the area selection kept room and two blobs are
-// left, then height when two are still left.
+// Area; width when the area selection kept room and two blobs are left;
+// height whenever two blobs are still left, even after the area selection
+// used up its count.
 template <typename Extractor>
 void select_large_blobs(Extractor& extractor, LargeBlobLists& lists) {
-    if (extractor.select_large_area(lists) && lists.size() >= 2) {
-        extractor.select_large_width(lists);
-        if (lists.size() >= 2) extractor.select_large_height(lists);
-    }
+    if (extractor.select_large_area(lists) && lists.size() >= 2) extractor.select_large_width(lists);
+    if (lists.size() >= 2) extractor.select_large_height(lists);
 }
 
 }  // namespace

@@ -45,8 +45,8 @@ public:
 
     // Components of a BINARY image; a blob whose box area is below
     // minimum_blob_area is left out. The selections run in turn: area; width
-    // when the area selection kept room and two blobs are left; then height
-    // when two blobs are still left. The chosen blobs, in component order,
+    // when the area selection kept room and two blobs are left; height
+    // whenever two blobs are still left. The chosen blobs, in component order,
     // give their outline (boundary_only: a blob whose box reaches column
     // width - 2 loses the outline points at x >= width - 2) or all their
     // pixels to xs, ys. `mode` is not read. True when every blob was walked.
