@@ -60,11 +60,14 @@ TEST(LineRegistration, TranslatesTheFourSidesOfAPage) {
     EXPECT_TRUE(registration.perform_edge_corner_searching());
 }
 
-TEST(LineRegistration, NoPageLeavesNoCornersAndItsAnswerStands) {
+TEST(LineRegistration, NoPageLeavesTheCornersAsTheyWereAndItsAnswerStands) {
     common::BasicImage dark(300, 400, common::GRAY);  // all zero: no contour at all
     LineRegistration registration(&dark);
+    registration.corners = {{1, 2}, {3, 4}};
     EXPECT_EQ(registration.run_registration(), geometric::REGISTRATION_NO_GEOMETRY);
-    EXPECT_TRUE(registration.corners.empty());
+    ASSERT_EQ(registration.corners.size(), 2u);
+    EXPECT_EQ(registration.corners[1].x, 3.0f);
+    registration.corners.clear();
     EXPECT_TRUE(registration.bounding_lines.empty());
     EXPECT_EQ(registration.bounding_line_property.left_index, -1);
     // With no corners the base class fails its examination.
