@@ -174,26 +174,27 @@ void sort_to_sides(const std::vector<Line>& lines, const Box& box, double limit,
     far.settle();
 }
 
-// Bottom lines on the image's border give way: they move to the end of the
-// secondary list, and an emptied primary list takes the secondary lines off
-// the border, or all of them when there are none. The top lists have no such
-// step, deliberately.
+// Bottom lines on the image's border give way: in both lists the lines off
+// the border stay where they are, and the border lines go to the end of the
+// secondary list, those it held already before those of the primary list.
+// An emptied primary list then takes the secondary lines off the border, or
+// all of them when there are none. The top lists have no such step,
+// deliberately.
 void let_border_lines_give_way(SideLists& bottom, int height) {
     const auto on_border = [height](const Line& line) {
         return BlobBoundaryEstimator::BoundaryAssigner::is_horizontal_border_line(line, height);
     };
-    std::vector<Line> kept;
-    for (const Line& line : bottom.primary) (on_border(line) ? bottom.secondary : kept).push_back(line);
-    bottom.primary.swap(kept);
-    if (!bottom.primary.empty()) return;
-    std::vector<Line> regular, rest;
-    for (const Line& line : bottom.secondary) (on_border(line) ? rest : regular).push_back(line);
-    if (!regular.empty()) {
-        bottom.primary.swap(regular);
-        bottom.secondary.swap(rest);
-    } else {
-        bottom.primary.swap(bottom.secondary);
+    std::vector<Line> primary, secondary, border;
+    for (const Line& line : bottom.secondary) (on_border(line) ? border : secondary).push_back(line);
+    for (const Line& line : bottom.primary) (on_border(line) ? border : primary).push_back(line);
+    if (primary.empty() && !secondary.empty()) {
+        primary.swap(secondary);
+    } else if (primary.empty()) {
+        primary.swap(border);
     }
+    secondary.insert(secondary.end(), border.begin(), border.end());
+    bottom.primary.swap(primary);
+    bottom.secondary.swap(secondary);
 }
 
 // On a tilted polygon clear of the image's border, right lines far left of

@@ -45,7 +45,12 @@ void CornerPreprocessing::perform_adaptive_binarization(const common::Image& ima
     geometric::AverageFiltering::use_native(gray, difference, window, window);
     geometric::ImageOperator::substract(gray, difference);  // difference = gray - average, 0 below
     geometric::OtsuBinarization otsu(&difference, &binary);
-    // The bright class is the object: what rises above its surroundings.
+    // The bright class is the object: what rises above its surroundings, a
+    // rim along the inside of the page's edges. Otsu's default complement
+    // would set the dark class and the one-pixel frame instead, joining the
+    // desk and the frame into one component; its outline is traced along the
+    // outside only, so it is the image's frame, never the page-shaped hole
+    // within, and the search would take the whole image for the page.
     otsu.set_invert(false);
     otsu.run_binarization();
 }

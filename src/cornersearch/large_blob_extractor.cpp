@@ -7,7 +7,7 @@
 
 namespace geometric {
 
-void LargeBlobSelection::Lists::erase(std::size_t at) {
+void LargeBlobLists::erase(std::size_t at) {
     areas.erase(areas.begin() + static_cast<long>(at));
     widths.erase(widths.begin() + static_cast<long>(at));
     heights.erase(heights.begin() + static_cast<long>(at));
@@ -21,11 +21,10 @@ std::size_t largest(const std::vector<int>& values) {
     return static_cast<std::size_t>(std::max_element(values.begin(), values.end()) - values.begin());
 }
 
-}  // namespace
-
-bool LargeBlobSelection::select_large_area(Lists& lists, std::vector<int>& selected) const {
+// The three selections, which both generations of the extractor share.
+bool select_by_area(const LargeBlobExtractorPara& para, LargeBlobLists& lists, std::vector<int>& selected) {
+    if (lists.size() == 0) return false;
     const int limit = std::min(para.maximum_selected_blobs, static_cast<int>(lists.size()));
-    if (lists.size() == 0 || limit <= 0) return false;
     int count = 0;
     float total = 0.0f;
     do {
@@ -38,8 +37,8 @@ bool LargeBlobSelection::select_large_area(Lists& lists, std::vector<int>& selec
     return count < limit;
 }
 
-void LargeBlobSelection::select_by(const std::vector<int>& measure, float minimum, Lists& lists,
-                                   std::vector<int>& selected) const {
+void select_by(const LargeBlobExtractorPara& para, const std::vector<int>& measure, float minimum,
+               LargeBlobLists& lists, std::vector<int>& selected) {
     if (lists.size() == 0) return;
     const int allowed = std::min(para.maximum_selected_blobs, static_cast<int>(lists.size()));
     if (allowed <= 1) return;
@@ -54,19 +53,25 @@ void LargeBlobSelection::select_by(const std::vector<int>& measure, float minimu
     }
 }
 
-void LargeBlobSelection::select_large_width(Lists& lists, std::vector<int>& selected) const {
-    select_by(lists.widths, para.minimum_blob_width, lists, selected);
+// Area; width when the area selection kept room and two blobs are left;
+// height whenever two blobs are still left, even after the area selection
+// used up its count.
+template <typename Extractor>
+void select_large_blobs(Extractor& extractor, LargeBlobLists& lists) {
+    if (extractor.select_large_area(lists) && lists.size() >= 2) extractor.select_large_width(lists);
+    if (lists.size() >= 2) extractor.select_large_height(lists);
 }
 
-void LargeBlobSelection::select_large_height(Lists& lists, std::vector<int>& selected) const {
-    select_by(lists.heights, para.minimum_blob_height, lists, selected);
+}  // namespace
+
+bool LargeBlobExtractor::select_large_area(LargeBlobLists& lists) { return select_by_area(para, lists, selected); }
+
+void LargeBlobExtractor::select_large_width(LargeBlobLists& lists) {
+    select_by(para, lists.widths, para.minimum_blob_width, lists, selected);
 }
 
-void LargeBlobSelection::select(Lists& lists, std::vector<int>& selected) const {
-    if (select_large_area(lists, selected) && lists.size() >= 2) {
-        select_large_width(lists, selected);
-        if (lists.size() >= 2) select_large_height(lists, selected);
-    }
+void LargeBlobExtractor::select_large_height(LargeBlobLists& lists) {
+    select_by(para, lists.heights, para.minimum_blob_height, lists, selected);
 }
 
 bool LargeBlobExtractor::obtain_large_blob(common::BasicImage& image, std::vector<int>& xs, std::vector<int>& ys,
@@ -76,7 +81,7 @@ bool LargeBlobExtractor::obtain_large_blob(common::BasicImage& image, std::vecto
     calculator.formulate_connected_components(image);
 
     // 1. The boxes of all blobs; the small ones stay out of the lists.
-    LargeBlobSelection::Lists lists;
+    LargeBlobLists lists;
     int index = 0;
     for (auto it = calculator.begin(); it != calculator.end(); ++it, ++index) {
         const Geobox<int> box = it->get_bounding_box();
@@ -88,7 +93,7 @@ bool LargeBlobExtractor::obtain_large_blob(common::BasicImage& image, std::vecto
         lists.indices.push_back(index);
     }
     // 2. The selections.
-    LargeBlobSelection(para).select(lists, selected);
+    select_large_blobs(*this, lists);
     std::sort(selected.begin(), selected.end());
 
     // 3. The chosen blobs in component order.
@@ -126,7 +131,7 @@ bool LargeBlobExtractor::obtain_large_blob(const common::Image& image, std::vect
     geometric::ConnectedComponentCalculator calculator;
     calculator.formulate_connected_components(binary);
 
-    geometric::LargeBlobSelection::Lists lists;
+    geometric::LargeBlobLists lists;
     int index = 0;
     for (auto it = calculator.begin(); it != calculator.end(); ++it, ++index) {
         const geometric::Geobox<int> box = it->get_bounding_box();
@@ -140,9 +145,21 @@ bool LargeBlobExtractor::obtain_large_blob(const common::Image& image, std::vect
         lists.heights.push_back(box.height());
         lists.indices.push_back(index);
     }
-    geometric::LargeBlobSelection(para).select(lists, selected);
+    geometric::select_large_blobs(*this, lists);
     create_contours_for_selected_blobs(binary, xs, ys);
     return true;
+}
+
+bool LargeBlobExtractor::select_large_area(geometric::LargeBlobLists& lists) {
+    return geometric::select_by_area(para, lists, selected);
+}
+
+void LargeBlobExtractor::select_large_width(geometric::LargeBlobLists& lists) {
+    geometric::select_by(para, lists.widths, para.minimum_blob_width, lists, selected);
+}
+
+void LargeBlobExtractor::select_large_height(geometric::LargeBlobLists& lists) {
+    geometric::select_by(para, lists.heights, para.minimum_blob_height, lists, selected);
 }
 
 void LargeBlobExtractor::create_contours_for_selected_blobs(const common::BasicImage& image, std::vector<int>& xs,

@@ -28,40 +28,15 @@ struct LargeBlobExtractorPara {
     LargeBlobExtractorPara& operator=(const CornerSearchPara& para);
 };
 
-// The selections shared by both generations. Each works on parallel lists
-// (area, width, height, index) of the blobs that passed the first filter,
-// appends chosen indices to `selected` and erases a chosen blob from every
-// list. The first of equal measures is taken first.
-class LargeBlobSelection {
-public:
-    struct Lists {
-        std::vector<int> areas;
-        std::vector<int> widths;
-        std::vector<int> heights;
-        std::vector<int> indices;
-        void erase(std::size_t at);
-        std::size_t size() const { return indices.size(); }
-    };
-
-    explicit LargeBlobSelection(const LargeBlobExtractorPara& para) : para(para) {}
-
-    // The largest area, then the next largest while the chosen areas sum to
-    // less than minimum_total_area and fewer than min(maximum, blobs) were
-    // chosen. True when that count limit was not used up.
-    bool select_large_area(Lists& lists, std::vector<int>& selected) const;
-    // Nothing when the widest (tallest) blob is not above the minimum, or at
-    // most one may be chosen; otherwise it and each next one above the
-    // minimum, up to min(maximum, remaining) - 1 blobs.
-    void select_large_width(Lists& lists, std::vector<int>& selected) const;
-    void select_large_height(Lists& lists, std::vector<int>& selected) const;
-
-    // Area, then width when the area selection kept room and two blobs are
-    // left, then height when two are still left.
-    void select(Lists& lists, std::vector<int>& selected) const;
-
-private:
-    void select_by(const std::vector<int>& measure, float minimum, Lists& lists, std::vector<int>& selected) const;
-    LargeBlobExtractorPara para;
+// Parallel lists (area, width, height, index) of the blobs that passed an
+// extractor's first filter, from which the selections choose.
+struct LargeBlobLists {
+    std::vector<int> areas;
+    std::vector<int> widths;
+    std::vector<int> heights;
+    std::vector<int> indices;
+    void erase(std::size_t at);
+    std::size_t size() const { return indices.size(); }
 };
 
 class LargeBlobExtractor {
@@ -69,12 +44,28 @@ public:
     explicit LargeBlobExtractor(const LargeBlobExtractorPara& para = LargeBlobExtractorPara()) : para(para) {}
 
     // Components of a BINARY image; a blob whose box area is below
-    // minimum_blob_area is left out. The chosen blobs, in component order,
+    // minimum_blob_area is left out. The selections run in turn: area; width
+    // when the area selection kept room and two blobs are left; height
+    // whenever two blobs are still left. The chosen blobs, in component order,
     // give their outline (boundary_only: a blob whose box reaches column
     // width - 2 loses the outline points at x >= width - 2) or all their
     // pixels to xs, ys. `mode` is not read. True when every blob was walked.
     bool obtain_large_blob(common::BasicImage& image, std::vector<int>& xs, std::vector<int>& ys, int mode,
                            bool boundary_only);
+
+    // The selections. Each appends the indices it chooses to `selected` and
+    // erases a chosen blob from every list; the first of equal measures is
+    // taken first.
+    // The largest area whatever the count limit, then the next largest while
+    // the chosen areas sum to less than minimum_total_area and fewer than
+    // min(maximum_selected_blobs, blobs) were chosen. True when that count
+    // limit was not used up.
+    bool select_large_area(LargeBlobLists& lists);
+    // Nothing when the widest (tallest) blob is not above the minimum, or at
+    // most one may be chosen; otherwise it and each next one above the
+    // minimum, up to min(maximum_selected_blobs, remaining) - 1 blobs.
+    void select_large_width(LargeBlobLists& lists);
+    void select_large_height(LargeBlobLists& lists);
 
     const std::vector<int>& get_selected() const { return selected; }
     LargeBlobExtractorPara para;
@@ -96,6 +87,11 @@ public:
     // all three of the area, width and height minimums; the outlines of the
     // chosen blobs go to xs, ys.
     bool obtain_large_blob(const common::Image& image, std::vector<int>& xs, std::vector<int>& ys);
+
+    // The same three selections as the first generation.
+    bool select_large_area(geometric::LargeBlobLists& lists);
+    void select_large_width(geometric::LargeBlobLists& lists);
+    void select_large_height(geometric::LargeBlobLists& lists);
 
     // Sorts the chosen indices and appends each chosen blob's outline.
     void create_contours_for_selected_blobs(const common::BasicImage& image, std::vector<int>& xs,

@@ -42,9 +42,9 @@ void LineRegistration::clean_border_sides(BoundingLineArrayWrapper& wrapper) {
 }
 
 geometric::RegistrationOutputType LineRegistration::run_registration() {
-    // The staged search, on the image as it is.
+    // The staged search, on the image as it is. It writes corners only when
+    // it finds a page: otherwise the caller's corners stay as they were.
     OperationalBoundingEdgeRegistration search(method);
-    corners.clear();
     const int r = search.run_projective_registration_without_pre_post_processing(*image, corners);
     const geometric::RegistrationOutputType result = static_cast<geometric::RegistrationOutputType>(r);
     // The output size of the corners found.

@@ -123,6 +123,20 @@ TEST(ProjectiveRegistrationBase, QualifiesInputsAndScalesTheWorkingImage) {
     EXPECT_EQ(search.run_projective_registration(common::BasicImage(5, 100, common::GRAY), corners), -1);
 }
 
+// The bright class is set: a rim inside the page's edges, while the desk and
+// the image's frame stay clear.
+TEST(CornerPreprocessing, AdaptiveBinarizationSetsThePagesRimNotTheFrame) {
+    support::Paper plain;
+    plain.marks = false;
+    const common::BasicImage photo = support::photo(400, 300, support::quad(60, 40, 340, 40, 340, 260, 60, 260), plain);
+    common::BasicImage binary;
+    CornerPreprocessing::perform_adaptive_binarization(photo, binary, 77);
+    EXPECT_EQ(binary.get_pixel(0, 0), 0u);
+    EXPECT_EQ(binary.get_pixel(200, 299), 0u);
+    EXPECT_EQ(binary.get_pixel(30, 150), 0u);
+    EXPECT_NE(binary.get_pixel(62, 150), 0u);
+}
+
 TEST(BoundingEdgeRegistration, KernelAnalyzerIsSkippedAndCombinedChainsKeepTheLastTried) {
     const common::BasicImage photo = support::photo(200, 150, support::quad(40, 30, 160, 30, 160, 120, 40, 120));
     auto kernel = std::make_shared<BoundingCornerFactory>(BoundingCornerFactory{

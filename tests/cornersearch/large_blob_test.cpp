@@ -55,37 +55,41 @@ TEST(BlobBoundaryEstimator, FindsTheFourSidesOfUprightAndTiltedPages) {
     }
 }
 
-TEST(LargeBlobSelection, AreaThenWidthThenHeight) {
+TEST(LargeBlobExtractor, SelectsByAreaThenWidthThenHeight) {
     geometric::LargeBlobExtractorPara para;
     para.minimum_total_area = 70.0f;
     para.maximum_selected_blobs = 3;
     para.minimum_blob_width = 5.0f;
     para.minimum_blob_height = 5.0f;
-    geometric::LargeBlobSelection::Lists lists;
+    geometric::LargeBlobLists lists;
     lists.areas = {10, 50, 30, 50, 8};
     lists.widths = {2, 5, 6, 5, 9};
     lists.heights = {5, 10, 5, 10, 1};
     lists.indices = {0, 1, 2, 3, 4};
-    std::vector<int> selected;
+    geometric::LargeBlobExtractor extractor(para);
     // 50 and 50 (the first of equals first) reach 70 with room left.
-    EXPECT_TRUE(geometric::LargeBlobSelection(para).select_large_area(lists, selected));
-    EXPECT_EQ(selected, (std::vector<int>{1, 3}));
+    EXPECT_TRUE(extractor.select_large_area(lists));
+    EXPECT_EQ(extractor.get_selected(), (std::vector<int>{1, 3}));
     EXPECT_EQ(lists.indices, (std::vector<int>{0, 2, 4}));
     // Widths 2, 6, 9 above 5: at most min(3, 3) - 1 = 2 of them.
-    geometric::LargeBlobSelection(para).select_large_width(lists, selected);
-    EXPECT_EQ(selected, (std::vector<int>{1, 3, 4, 2}));
+    extractor.select_large_width(lists);
+    EXPECT_EQ(extractor.get_selected(), (std::vector<int>{1, 3, 4, 2}));
     // One blob left: nothing may be chosen.
-    geometric::LargeBlobSelection(para).select_large_height(lists, selected);
-    EXPECT_EQ(selected.size(), 4u);
-    // The count limit used up answers false.
+    extractor.select_large_height(lists);
+    EXPECT_EQ(extractor.get_selected().size(), 4u);
+    // The count limit used up answers false; a limit of 0 or less still
+    // takes the largest blob.
     para.minimum_total_area = 1000.0f;
-    geometric::LargeBlobSelection::Lists again;
-    again.areas = {10, 20};
-    again.widths = again.heights = {1, 1};
-    again.indices = {0, 1};
-    selected.clear();
-    EXPECT_FALSE(geometric::LargeBlobSelection(para).select_large_area(again, selected));
-    EXPECT_EQ(selected, (std::vector<int>{1, 0}));
+    for (int maximum : {3, 0, -1}) {
+        para.maximum_selected_blobs = maximum;
+        geometric::LargeBlobLists again;
+        again.areas = {10, 20};
+        again.widths = again.heights = {1, 1};
+        again.indices = {0, 1};
+        LargeBlobExtractor second(para);
+        EXPECT_FALSE(second.select_large_area(again)) << maximum;
+        EXPECT_EQ(second.get_selected(), maximum > 0 ? (std::vector<int>{1, 0}) : (std::vector<int>{1})) << maximum;
+    }
 }
 
 }  // namespace

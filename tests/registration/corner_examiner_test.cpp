@@ -6,6 +6,7 @@
 
 #include "common/basic_image.h"
 #include "cornersearch/corner_examiner.h"
+#include "registration/line_registration.h"
 #include "registration/projective_registration.h"
 
 using geometric::CornerExaminer;
@@ -83,4 +84,14 @@ TEST(ProjectiveRegistration, ObtainCornersEmptiesTheCornersOnFailure) {
         EXPECT_EQ(r.obtain_corners(), attempt == 2) << attempt;
         EXPECT_EQ(r.corners.size(), attempt == 2 ? 4u : 0u) << attempt;
     }
+}
+
+// A search that finds nothing leaves the caller's corners as they were.
+TEST(LineRegistration, AFailedSearchLeavesTheCornersAsTheyWere) {
+    common::BasicImage dark(300, 400, common::GRAY);  // all zero: no contour at all
+    geometric_test::LineRegistration registration(&dark);
+    registration.corners = {{1, 2}, {3, 4}};
+    EXPECT_EQ(registration.run_registration(), geometric::REGISTRATION_NO_GEOMETRY);
+    ASSERT_EQ(registration.corners.size(), 2u);
+    EXPECT_EQ(registration.corners[1].x, 3.0f);
 }
