@@ -1,0 +1,44 @@
+// Handles of every family used in four threads at once, each thread with its
+// own handles and its own photo, answer byte for byte what one thread does.
+// Built with -DMORVANE_SANITIZE=thread, this is also the race test.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "api/exported_families.h"
+
+TEST(Threads, FourThreadsOfEveryFamilyAnswerWhatOneThreadDoes) {
+    constexpr int kThreads = 4;
+    constexpr int kRounds = 3;
+    const std::vector<families::Family>& table = families::all();
+    std::vector<families::PhotographedPage> photos;
+    for (int t = 0; t < kThreads; ++t) photos.emplace_back(240 + 40 * t, 300 - 30 * t, t % 2 == 0 ? 1 : 3);
+
+    std::vector<std::vector<families::Answer>> expected(table.size());
+    for (size_t f = 0; f < table.size(); ++f)
+        for (const families::PhotographedPage& photo : photos) expected[f].push_back(families::answer_of(table[f], photo));
+
+    std::atomic<int> waiting(kThreads);
+    std::vector<std::string> faults(kThreads);
+    std::vector<std::thread> threads;
+    for (int t = 0; t < kThreads; ++t)
+        threads.emplace_back([&, t] {
+            for (--waiting; waiting.load() > 0;) std::this_thread::yield();  // all start together
+            // Each round every thread takes the next photo, so that no two work on the same one.
+            for (int round = 0; round < kRounds; ++round)
+                for (size_t f = 0; f < table.size(); ++f) {
+                    const int p = (t + round) % kThreads;
+                    try {
+                        if (families::answer_of(table[f], photos[p]) != expected[f][p])
+                            faults[t] += std::string(" ") + table[f].name + " differs on photo " + std::to_string(p) + ";";
+                    } catch (...) {
+                        faults[t] += std::string(" ") + table[f].name + " threw;";
+                    }
+                }
+        });
+    for (std::thread& thread : threads) thread.join();
+    for (int t = 0; t < kThreads; ++t) EXPECT_EQ(faults[t], "") << "thread " << t;
+}
