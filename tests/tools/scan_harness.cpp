@@ -12,6 +12,7 @@
 
 #include <fcntl.h>
 #include <png.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -61,7 +62,7 @@ ScanFolder::~ScanFolder() {
     std::filesystem::remove_all(root_, ignored);
 }
 
-RunResult ScanFolder::run(const std::vector<std::string>& args) const {
+RunResult ScanFolder::run(const std::vector<std::string>& args, std::size_t address_space) const {
     const std::string out_path = root_ + "/stdout";
     const std::string err_path = root_ + "/stderr";
     std::vector<std::string> argv_text = {MORVANE_SCAN_PROGRAM};
@@ -75,6 +76,8 @@ RunResult ScanFolder::run(const std::vector<std::string>& args) const {
         const int out = open(out_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
         const int err = open(err_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
         if (out < 0 || err < 0 || dup2(out, 1) < 0 || dup2(err, 2) < 0 || chdir(work_.c_str()) != 0) _exit(127);
+        const rlimit limit = {address_space, address_space};
+        if (address_space > 0 && setrlimit(RLIMIT_AS, &limit) != 0) _exit(127);
         execv(argv[0], argv.data());
         _exit(127);
     }
