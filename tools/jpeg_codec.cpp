@@ -198,6 +198,7 @@ Raster read_jpeg(const unsigned char* data, std::size_t size, std::string& exif)
     }
     // A stream cut short often fails later for want of its frame; the cut is the cause.
     if (state.errors.premature_end) throw ImageProblem("truncated JPEG file (the data ends early)");
+    if (!ok && names_memory(state.errors.message)) throw ImageProblem("not enough memory");
     if (!ok) throw ImageProblem(std::string("broken JPEG data: ") + state.errors.message);
 
     Raster raster;
@@ -225,6 +226,7 @@ void write_jpeg(std::FILE* file, const Raster& image, int quality) {
     EncodeState state{};
     init_errors(state.errors);
     if (!encode(file, image, quality, state)) {
+        if (names_memory(state.errors.message)) throw ImageProblem("not enough memory");
         throw ImageProblem(std::string("JPEG encoding failed: ") + state.errors.message);
     }
 }

@@ -11,6 +11,11 @@
 
 namespace scan {
 
+inline ImageProblem library_failure(const std::string& text) {
+    if (names_memory(text)) return ImageProblem("not enough memory");
+    return ImageProblem("the library failed: " + text);
+}
+
 template <typename Call>
 auto call_library(Call call) -> decltype(call()) {
     try {
@@ -20,11 +25,11 @@ auto call_library(Call call) -> decltype(call()) {
     } catch (const std::bad_alloc&) {
         throw ImageProblem("not enough memory");
     } catch (const std::exception& error) {
-        throw ImageProblem(std::string("the library failed: ") + error.what());
+        throw library_failure(error.what());
     } catch (const char* text) {
-        throw ImageProblem(std::string("the library failed: ") + text);
+        throw library_failure(text);
     } catch (const std::string& text) {
-        throw ImageProblem("the library failed: " + text);
+        throw library_failure(text);
     } catch (int code) {
         throw ImageProblem("the library failed with code " + std::to_string(code));
     } catch (...) {

@@ -50,14 +50,26 @@ void check_page_size(int width, int height, int channels) {
 
 FindOutcome find_with_corrector(const Raster& image, bool edges_only) {
     return call_library([&] {
-        const Handle handle = corrector();
-        if (edges_only) set_registration_method(handle.get(), 0);
         const ImageCApi input = image.c_api();
         FindOutcome outcome;
-        outcome.code = run_projective_correction(handle.get(), &input);
-        // 1: found and accepted; 2: already straight, the corners still hold.
-        outcome.found = outcome.code == 1 || outcome.code == 2;
-        if (outcome.found) obtain_four_corners(handle.get(), &outcome.corners);
+        {
+            const Handle handle = corrector();
+            if (edges_only) set_registration_method(handle.get(), 0);
+            outcome.code = run_projective_correction(handle.get(), &input);
+            // 1: found and accepted; 2: already straight, the corners still hold.
+            outcome.found = outcome.code == 1 || outcome.code == 2;
+            if (outcome.found) obtain_four_corners(handle.get(), &outcome.corners);
+        }
+        if (outcome.code == 0) {
+            // 0 is a refused image, or a failure that the run caught and
+            // hid, most likely memory running out. The same searches by the
+            // functions that let failures through tell which: a refused
+            // image ends them with 3 and no exception.
+            const Handle probe = corrector();
+            if (edges_only) set_registration_method(probe.get(), 0);
+            run_edge_searching(probe.get(), &input);
+            if (!edges_only) run_feature_searching(probe.get());
+        }
         return outcome;
     });
 }

@@ -239,6 +239,7 @@ Raster read_png(const unsigned char* data, std::size_t size, std::string& exif) 
         throw ImageProblem("image too large for memory (" + std::to_string(state.width) + " x " +
                            std::to_string(state.height) + " pixels; at most 2 GiB a picture)");
     }
+    if (!ok && names_memory(state.message)) throw ImageProblem("not enough memory");
     if (!ok) throw ImageProblem(std::string("broken PNG data: ") + state.message);
 
     Raster raster;
@@ -267,6 +268,7 @@ void write_png(std::FILE* file, const Raster& image, int level) {
         state.bit_row = bit_row.get();
     }
     if (!encode(file, image, level, state)) {
+        if (names_memory(state.message)) throw ImageProblem("not enough memory");
         throw ImageProblem(std::string("PNG encoding failed: ") + state.message);
     }
 }

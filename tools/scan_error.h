@@ -3,6 +3,7 @@
 #ifndef MORVANE_TOOLS_SCAN_ERROR_H
 #define MORVANE_TOOLS_SCAN_ERROR_H
 
+#include <cctype>
 #include <stdexcept>
 #include <string>
 
@@ -19,6 +20,16 @@ class ImageProblem : public std::runtime_error {
 public:
     explicit ImageProblem(const std::string& problem) : std::runtime_error(problem) {}
 };
+
+// The failures of an allocation, whoever reports them: the library ("could
+// not allocate enough memory", "Allocating memory failed!"), libjpeg
+// ("Insufficient memory") and libpng ("Out of memory") all name memory, and
+// to the user they are one problem, "not enough memory".
+inline bool names_memory(const std::string& text) {
+    std::string lower = text;
+    for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return lower.find("memory") != std::string::npos;
+}
 
 // A complete one-line message and the exit code it leads to.
 class ScanError : public std::runtime_error {

@@ -2,6 +2,8 @@
 #include "scan_job.h"
 
 #include <chrono>
+#include <cstdio>
+#include <utility>
 
 #include "common/constants.h"
 #include "image_file.h"
@@ -177,6 +179,18 @@ std::string source_name(const std::string& input) {
     return input == kStandardStream ? std::string("standard input") : "'" + input + "'";
 }
 
+// A job that fails leaves none of its files behind: a page without the
+// black-and-white page or the overlay asked for beside it is no result.
+void remove_written(JobReport& report) {
+    const std::pair<bool*, const std::string*> files[] = {{&report.written, &report.paths.output},
+                                                          {&report.bitonal_written, &report.paths.bitonal},
+                                                          {&report.overlay_written, &report.paths.overlay}};
+    for (const auto& file : files) {
+        if (*file.first) std::remove(file.second->c_str());
+        *file.first = false;
+    }
+}
+
 }  // namespace
 
 JobReport run_job(const JobPaths& paths, const ScanOptions& options) {
@@ -196,6 +210,7 @@ JobReport run_job(const JobPaths& paths, const ScanOptions& options) {
         report.exit_code = kExitUsageOrFile;
         report.error = source_name(paths.input) + ": not enough memory";
     }
+    if (report.exit_code == kExitUsageOrFile) remove_written(report);
     report.total_ms = milliseconds_since(start);
     return report;
 }

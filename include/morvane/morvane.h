@@ -496,7 +496,10 @@ MORVANE_API void obtain_blob_top_points(void* handle, const ImageCApi* image, in
  * repeating it).
  * allocate: called exactly twice, with 4 * count bytes each time, also when
  *           count is 0; the results go to *xs and *ys. The caller frees both
- *           with the allocator's partner (free for malloc).
+ *           with the allocator's partner (free for malloc). When allocate
+ *           answers NULL for a size above 0, the C++ exception std::bad_alloc
+ *           leaves the call; *xs (and *ys) then hold what allocate did give,
+ *           NULL for the rest, for the caller to free.
  * Returns count, the number of points.
  */
 MORVANE_API int obtain_blob_contours_one_by_one(void* handle, const ImageCApi* image, int** xs, int** ys,

@@ -2,6 +2,7 @@
 // the caller's arrays, and its release.
 #include <algorithm>
 #include <cstddef>
+#include <new>
 #include <vector>
 
 #include "common/basic_image.h"
@@ -96,8 +97,15 @@ int obtain_blob_contours_one_by_one(void* handle, const ImageCApi* image, int** 
     std::vector<geometric::Geocoordinate<int>> points;
     calculator_of(handle).obtain_blob_contours_one_by_one(View(image), points);
     const std::size_t bytes = points.size() * sizeof(int);
+    // A caller's allocator that answers NULL has run out of memory: that is
+    // std::bad_alloc, not a write through NULL. Whatever it did hand out stays
+    // in *xs (or *ys) for the caller to free with its own allocator.
+    *xs = nullptr;
+    *ys = nullptr;
     *xs = static_cast<int*>(allocate(bytes));
+    if (*xs == nullptr && bytes > 0) throw std::bad_alloc();
     *ys = static_cast<int*>(allocate(bytes));
+    if (*ys == nullptr && bytes > 0) throw std::bad_alloc();
     for (std::size_t i = 0; i < points.size(); ++i) {
         (*xs)[i] = points[i].x;
         (*ys)[i] = points[i].y;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -31,8 +32,11 @@ struct Record {
 };
 
 std::vector<size_t> allocated_sizes;
+size_t allocations_left = static_cast<size_t>(-1);  // the allocator answers NULL when none are left
 void* counting_allocate(size_t bytes) {
     allocated_sizes.push_back(bytes);
+    if (allocations_left == 0) return nullptr;
+    --allocations_left;
     return std::malloc(bytes == 0 ? 1 : bytes);
 }
 
@@ -68,6 +72,15 @@ TEST(BlobCalculatorFamily, BinaryAndGrayRecordsGiveTheSameAnswers) {
         EXPECT_EQ(contour_ys[count - 1], 3);
         std::free(contour_xs);
         std::free(contour_ys);
+        // An allocator out of memory on its second call: std::bad_alloc, and
+        // the first buffer is the caller's to free.
+        allocations_left = 1;
+        EXPECT_THROW(obtain_blob_contours_one_by_one(calculator, image, &contour_xs, &contour_ys, counting_allocate),
+                     std::bad_alloc);
+        allocations_left = static_cast<size_t>(-1);
+        EXPECT_NE(contour_xs, nullptr);
+        EXPECT_EQ(contour_ys, nullptr);
+        std::free(contour_xs);
         EXPECT_NE(obtain_runs_image(calculator, image), nullptr);
         delete_blob_calculator(calculator);
     }

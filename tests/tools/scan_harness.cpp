@@ -13,6 +13,7 @@
 
 #include <fcntl.h>
 #include <png.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -62,9 +63,12 @@ ScanFolder::~ScanFolder() {
     std::filesystem::remove_all(root_, ignored);
 }
 
-RunResult ScanFolder::run(const std::vector<std::string>& args) const { return run_piped(args, std::string()); }
+RunResult ScanFolder::run(const std::vector<std::string>& args, std::size_t address_space) const {
+    return run_piped(args, std::string(), address_space);
+}
 
-RunResult ScanFolder::run_piped(const std::vector<std::string>& args, const std::string& piped) const {
+RunResult ScanFolder::run_piped(const std::vector<std::string>& args, const std::string& piped,
+                                std::size_t address_space) const {
     const std::string out_path = root_ + "/stdout";
     const std::string err_path = root_ + "/stderr";
     std::vector<std::string> argv_text = {MORVANE_SCAN_PROGRAM};
@@ -84,6 +88,8 @@ RunResult ScanFolder::run_piped(const std::vector<std::string>& args, const std:
             _exit(127);
         }
         close(pipe_ends[1]);
+        const rlimit limit = {address_space, address_space};
+        if (address_space > 0 && setrlimit(RLIMIT_AS, &limit) != 0) _exit(127);
         execv(argv[0], argv.data());
         _exit(127);
     }

@@ -3,6 +3,7 @@
 #ifndef MORVANE_TESTS_TOOLS_SCAN_HARNESS_H
 #define MORVANE_TESTS_TOOLS_SCAN_HARNESS_H
 
+#include <cstddef>
 #include <set>
 #include <string>
 #include <vector>
@@ -31,9 +32,11 @@ public:
     ScanFolder& operator=(const ScanFolder&) = delete;
 
     std::string path(const std::string& name) const { return work_ + "/" + name; }
-    RunResult run(const std::vector<std::string>& args) const;
+    // address_space: bytes of address space the process may map, 0 for no limit.
+    RunResult run(const std::vector<std::string>& args, std::size_t address_space = 0) const;
     // The same with `piped` written into the tool's standard input through a pipe.
-    RunResult run_piped(const std::vector<std::string>& args, const std::string& piped) const;
+    RunResult run_piped(const std::vector<std::string>& args, const std::string& piped,
+                        std::size_t address_space = 0) const;
     // Every file name under the folder, sub-folders included ("out/a.png").
     std::set<std::string> files() const;
 

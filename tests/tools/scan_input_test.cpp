@@ -333,6 +333,36 @@ TEST(ScanInputs, ThePageKeepsTheInputsDensity) {
     EXPECT_EQ(folder.read_bytes("plain.png").find("pHYs"), std::string::npos);
 }
 
+// From an address-space limit that barely lets the program start up to one
+// that is enough, a 12-megapixel photo ends either in its page and
+// black-and-white page, or in "not enough memory" with exit 2 and no file:
+// never in "no page", a crash or half of the files.
+TEST(ScanInputs, UnderAMemoryLimitAPhotoGivesItsPageOrNotEnoughMemory) {
+#ifdef MORVANE_SCAN_SANITIZED
+    GTEST_SKIP() << "the sanitizers' shadow memory does not fit under an address-space limit";
+#endif
+    constexpr std::size_t kStep = 8u << 20;
+    ScanFolder folder;
+    save_jpeg(folder.path("photo.jpg"), synthetic_page(4000, 3000, 3, 300, 200, 3699, 2799));
+    const std::set<std::string> before = folder.files();
+    std::size_t limit = kStep;
+    while (folder.run({"--version"}, limit).exit_code != 0 && limit < (256u << 20)) limit += kStep;
+    int refused = 0;
+    for (;; limit += kStep) {
+        SCOPED_TRACE(std::to_string(limit >> 20) + " MB");
+        const RunResult run = folder.run({"photo.jpg", "-o", "page.jpg", "--binarize", "sauvola"}, limit);
+        if (run.exit_code == 0) break;
+        ++refused;
+        EXPECT_EQ(run.exit_code, 2);
+        ASSERT_EQ(run.err_lines().size(), 1u) << run.err;
+        EXPECT_NE(run.err.find("'photo.jpg': not enough memory"), std::string::npos) << run.err;
+        EXPECT_EQ(folder.files(), before);
+        ASSERT_LT(limit, 1024u << 20) << "no page even with this much memory";
+    }
+    EXPECT_GT(refused, 3);
+    EXPECT_TRUE(folder.files().count("page.jpg") && folder.files().count("page-bw.png"));
+}
+
 TEST(ScanInputs, TheBundledSampleRectifiesWithItsKnownCorners) {
     const std::string sample = std::string(MORVANE_SOURCE_DIR) + "/samples/page.jpg";
     std::ifstream corners_file(std::string(MORVANE_SOURCE_DIR) + "/samples/page.corners");
