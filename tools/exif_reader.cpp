@@ -42,7 +42,7 @@ ExifFacts read_exif(const std::string& block) {
     ExifFacts facts;
     const std::unique_ptr<ExifData, ExifDataReleaser> data(exif_data_new());
     if (!data) return facts;
-    // By the specification libexif would add the tags a block lacks, with
+    // Following the EXIF standard, libexif would add the tags a block lacks, with
     // made-up values such as 72 dots per inch: only what the file says counts.
     exif_data_unset_option(data.get(), EXIF_DATA_OPTION_FOLLOW_SPECIFICATION);
     exif_data_load_data(data.get(), reinterpret_cast<const unsigned char*>(block.data()),
