@@ -89,7 +89,8 @@ int CornerDetectorViaLsd::pick_up_boundaries() {
     };
     if (!usable(horizontal_output) || !usable(vertical_output)) return -1;
 
-    // 5. The corners through the extreme points.
+    // 5. The corners through the extreme points. Sides that come out
+    //    parallel leave no corners, and the zero vertices are no page.
     return generate_boundary_corners_based_on_vps(horizontal, vertical, horizontal_output, vertical_output) ? 0 : -1;
 }
 

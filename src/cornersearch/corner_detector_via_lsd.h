@@ -32,8 +32,9 @@ public:
 
         // Runs the detector on `image` (8-bit gray) and keeps its seven
         // doubles a segment, the size and the inner frame (border_margin in
-        // from every side). Throws, as the exported detector does, for any
-        // other image type.
+        // from every side). The exported line segment family's detector with
+        // its defaults, called directly since the exported layer sits above
+        // this one; like it, throws for any other image type.
         void generate(const common::Image& image);
 
         // Every segment becomes a line through its ends, truncated to int:

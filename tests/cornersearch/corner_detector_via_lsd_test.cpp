@@ -81,6 +81,20 @@ TEST(CornerDetectorViaLsd, DeclinesWithASingleLineInAFamily) {
     for (const auto& vertex : wrapper.vertices) EXPECT_EQ(vertex.x + vertex.y, 0.0f);
 }
 
+// Four sides that come out parallel (here all through one vanishing point
+// and the one anchor left at the origin) give no corners: the stage fails
+// rather than answer the zero vertices.
+TEST(CornerDetectorViaLsd, ParallelNeighbouringSidesGiveNoCorners) {
+    const common::BasicImage flat = support::flat_image(60, 80, 128);
+    BoundingLineArrayWrapper wrapper(flat, true);
+    CornerDetectorViaLsd detector(wrapper);
+    geometric::VanishingPointOutput found;
+    found.status = 1;
+    const geometric::Geocoordinate<double> point(100.0, 50.0);
+    EXPECT_FALSE(detector.generate_boundary_corners_based_on_vps(point, point, found, found));
+    for (const auto& vertex : wrapper.vertices) EXPECT_EQ(vertex.x + vertex.y, 0.0f);
+}
+
 TEST(LineSegmentManager, PeaksOfTheAngleHistogram) {
     struct Case {
         std::vector<std::pair<int, float>> cells;  // angle, height
