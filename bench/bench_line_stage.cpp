@@ -133,7 +133,15 @@ void BM_DetectorSteps(benchmark::State& state) {
             const double scoring = milliseconds_since(t);
             nfa_ms += scoring;
             shaping_ms += scoring;
-            if (meaningful) found.push_back(rect);
+            if (!meaningful) continue;
+            // Ends moved to the pixel centres and cut, as the detector does before linking.
+            rect.length = std::sqrt((rect.x2 - rect.x1) * (rect.x2 - rect.x1) + (rect.y2 - rect.y1) * (rect.y2 - rect.y1));
+            rect.x1 = std::trunc(rect.x1 + 0.5);
+            rect.y1 = std::trunc(rect.y1 + 0.5);
+            rect.x2 = std::trunc(rect.x2 + 0.5);
+            rect.y2 = std::trunc(rect.y2 + 0.5);
+            rect.log_nfa = log_nfa;
+            found.push_back(rect);
         }
         t = thread_ms();
         grow_ms += t - loop_start - shaping_ms;
