@@ -67,6 +67,9 @@ TEST(CornerDetectorViaLsd, FindsCornersByVanishingPointsBeyondTheFrame) {
         EXPECT_EQ(search.method_code, 300);
         EXPECT_LE(worst_corner_error(corners, page), 6.0);
         ASSERT_NE(search.previous_wrapper, nullptr);
+        Corners again;
+        ASSERT_EQ(search.run_projective_registration(photo, again), 1);
+        for (std::size_t k = 0; k < 4; ++k) EXPECT_TRUE(again[k].x == corners[k].x && again[k].y == corners[k].y);
     }
 }
 
