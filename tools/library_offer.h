@@ -13,8 +13,8 @@ namespace scan {
 // The corrector finds a page by its edges (the edge-only mode).
 bool edge_search_offered();
 
-// The default mode searches the page's text as well: on a page whose
-// edges are out of view it answers otherwise than the edges alone do.
+// The default mode searches the page's text as well: it finds a page whose
+// edges are out of view.
 bool text_search_offered();
 
 // The corner search method (0 to 7) finds a plain page on a dark table.

@@ -191,8 +191,8 @@ MORVANE_API int obtain_output_image_dimension(const ControlPointCorners* corners
  *
  * What this version of the library has of the above, one step a line:
  * - The page-edge search runs its binary and edge stages (large blobs and
- *   their outlines); its line segment stage, which completes pages cut by
- *   the image border, is not part of this version.
+ *   their outlines); the edge-only mode adds its line segment stage, which
+ *   completes pages cut by the image border.
  * - The text search is a stand-in: a hybrid run passes the edge search's
  *   result on and answers as an edge-only run does.
  * - The resolution estimate reads the size of the text by page analysis
@@ -384,10 +384,13 @@ MORVANE_API void estimate_spatial_resolution(void* handle, const ImageCApi* imag
  *   6  the staged search: large blobs of a binary contour image, then of an
  *      edge contour image, then line segments
  *   7  the line segment stage alone
- * In this version the Hough analyzer (1 to 3) and the line segment stage
- * (the last stage of 6, and 7) are not part of the library and report
- * failure; the large-blob analyzer of 4 and 5 finds no lines of its own, so
- * those fail too. Methods 8 and above must not be passed: they assemble a
+ * The line segment stage (the last stage of 6, and 7) splits the segments
+ * into a horizontal and a vertical family: it completes the one side that
+ * the earlier stages missed, or draws the sides through the two families'
+ * vanishing points and the outermost segment ends, so that corners may lie
+ * outside the image. In this version the Hough analyzer (1 to 3) is not part
+ * of the library and reports failure; the large-blob analyzer of 4 and 5
+ * finds no lines of its own, so those fail too. Methods 8 and above must not be passed: they assemble a
  * search of null strategies, and running it ends the process. Returns the
  * handle; free it with destroy_corner_search_enginee.
  */

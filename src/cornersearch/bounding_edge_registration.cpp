@@ -4,6 +4,7 @@
 #include "cornersearch/adaptive_contour_generator.h"
 #include "cornersearch/analysis_blob_extractor.h"
 #include "cornersearch/blob_boundary_estimator.h"
+#include "cornersearch/corner_detector_via_lsd.h"
 #include "pixel/geo_morph_iterative_dilation.h"
 
 namespace geometric_test {
@@ -90,10 +91,15 @@ int OperationalBoundingEdgeRegistration::implement_edge(const common::Image& ima
     return implement_contour_stage(image, corners, false);
 }
 
-int OperationalBoundingEdgeRegistration::implement_line(const common::Image& /*image*/,
-                                                        std::vector<geometric::Geocoordinate<float>>& /*corners*/) {
+int OperationalBoundingEdgeRegistration::implement_line(const common::Image& image,
+                                                        std::vector<geometric::Geocoordinate<float>>& corners) {
     method_code = 300;
-    return -1;
+    auto wrapper = std::make_shared<BoundingLineArrayWrapper>(image, true);
+    wrapper->previous_wrapper = previous_wrapper;
+    if (CornerDetectorViaLsd(*wrapper).pick_up_boundaries() != 0) return -1;
+    previous_wrapper = wrapper;
+    corners.assign(wrapper->vertices.begin(), wrapper->vertices.begin() + 4);
+    return 1;
 }
 
 int OperationalBoundingEdgeRegistration::estimate_boundaries_from_large_blobs(common::Image& contours,

@@ -59,11 +59,12 @@ public:
                                std::vector<geometric::Geocoordinate<float>>& corners) override;
 
     // The stages: large blobs of the binary contour image (method_code 100),
-    // of the edge contour image (200), and the line segments (300), each plus
-    // the boundary estimator's status. 1 with the four vertices in corners.
+    // of the edge contour image (200), each plus the boundary estimator's
+    // status, and the line segments (300), which complete what the earlier
+    // stages left or find the corners by vanishing points. 1 with the four
+    // vertices in corners.
     int implement_binary(const common::Image& image, std::vector<geometric::Geocoordinate<float>>& corners);
     int implement_edge(const common::Image& image, std::vector<geometric::Geocoordinate<float>>& corners);
-    // The line segment stage is not part of the library yet: it fails.
     int implement_line(const common::Image& image, std::vector<geometric::Geocoordinate<float>>& corners);
 
     // The large blobs of the contour image into the wrapper: -1 without any,

@@ -82,16 +82,18 @@ TEST(OperationalBoundingEdgeRegistration, BlankImagesAndTextureGiveNoPage) {
             texture.get_line_pointer(y)[x] = static_cast<unsigned char>(90 + ((cell >> 7) % 4) * 20 + (state >> 29));
         }
     // Blobs of noise or texture reach every border: the only quadrilateral
-    // is the image's own frame, which callers read as no page.
+    // the contour stages see is the image's own frame, which callers read as
+    // no page. (The texture's cell edges are segments in two parallel
+    // families, in which the line stage would see an upright page.)
     const support::Quad frame = support::quad(0, 0, 399, 0, 399, 299, 0, 299);
     for (const common::BasicImage* image : {&flat, &texture}) {
-        OperationalBoundingEdgeRegistration search;
+        OperationalBoundingEdgeRegistration search(OperationalBoundingEdgeRegistration::BINARY_EDGE_SEARCH);
         Corners corners;
         if (search.run_projective_registration(*image, corners) == 1) {
             EXPECT_LE(worst_corner_error(corners, frame), 3.0);
         }
     }
-    // The line stage is not part of the library: alone it fails, 300 - 1; an unknown mode runs no stage.
+    // Without segments the line stage alone fails, 300 - 1; an unknown mode runs no stage.
     OperationalBoundingEdgeRegistration line(OperationalBoundingEdgeRegistration::LINE_SEARCH);
     Corners corners;
     EXPECT_EQ(line.implement_registration(flat, corners), -1);
