@@ -25,6 +25,7 @@
 #include "pixel/geo_morphological.h"
 #include "sample_photo.h"
 #include "textlines/eignpoints_cluster.h"
+#include "textlines/eignpoints_para_setup.h"
 
 #ifdef MORVANE_HAVE_LEPTONICA
 #include "leptonica_pix.h"
@@ -156,8 +157,7 @@ void BM_Stage6Classification(benchmark::State& state) {
 BENCHMARK(BM_Stage6Classification)->ArgName("page")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
 // The eigenpoints of the page's gray analysis, and the clustering's limits
-// from their upper-median nearest-neighbour spacing M: a neighbour within
-// 3 M, a line within M.
+// from their median spacing, as the text route sets them up.
 struct Eigenpoints {
     std::vector<Geocoordinate<float>> points;
     geometric::EignpointsClusteringConstraints constraints;
@@ -169,19 +169,9 @@ const Eigenpoints& eigenpoints(int which) {
     if (e.points.empty()) {
         geometric::AprioriPageanalysis analysis(&page(which), nullptr);
         analysis.run_page_analysis();
-        analysis.obtain_regular_text_bottom_centers(e.points);
-        std::vector<float> nearest;
-        for (const Geocoordinate<float>& p : e.points) {
-            float best = 1e10f;
-            for (const Geocoordinate<float>& q : e.points)
-                if (q.x != p.x || q.y != p.y) best = std::min(best, std::hypot(p.x - q.x, p.y - q.y));
-            nearest.push_back(best);
-        }
-        std::sort(nearest.begin(), nearest.end());
-        const float spacing = nearest.empty() ? 0.0f : nearest[nearest.size() / 2];
-        e.constraints.median_spacing = spacing;
-        e.constraints.neighbor_distance = e.constraints.neighbor_distance_factor * spacing;
-        e.constraints.line_distance = spacing;
+        geometric::HybridProjectivePara para;
+        geometric::EignpointsParaSetup::set_up_eignpoints_para(&analysis, e.points, para);
+        e.constraints = para.clustering;
     }
     return e;
 }

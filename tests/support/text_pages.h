@@ -30,14 +30,15 @@ inline Homography multiply(const Homography& a, const Homography& b) {
 }
 
 // Turned by `degrees` about (cx, cy), counter-clockwise as seen on screen,
-// then in perspective about the same point: w = 1 + tilt (y - cy), so that a
-// positive tilt narrows the page toward its bottom.
-inline Homography turned_homography(double degrees, double cx, double cy, double tilt = 0.0) {
+// then in perspective about the same point: w = 1 + tilt (y - cy) + pan (x - cx),
+// so that a positive tilt narrows the page toward its bottom and a positive
+// pan toward its right.
+inline Homography turned_homography(double degrees, double cx, double cy, double tilt = 0.0, double pan = 0.0) {
     const double a = degrees * 3.14159265358979323846 / 180.0;
     const double c = std::cos(a), s = std::sin(a);
     const Homography to_centre{1, 0, -cx, 0, 1, -cy, 0, 0, 1};
     const Homography turn{c, s, 0, -s, c, 0, 0, 0, 1};
-    const Homography perspective{1, 0, 0, 0, 1, 0, 0, tilt, 1};
+    const Homography perspective{1, 0, 0, 0, 1, 0, pan, tilt, 1};
     const Homography back{1, 0, cx, 0, 1, cy, 0, 0, 1};
     return multiply(back, multiply(perspective, multiply(turn, to_centre)));
 }
@@ -45,6 +46,12 @@ inline Homography turned_homography(double degrees, double cx, double cy, double
 inline geometric::Geocoordinate<double> apply(const Homography& m, double u, double v) {
     const double w = m[6] * u + m[7] * v + m[8];
     return geometric::Geocoordinate<double>((m[0] * u + m[1] * v + m[2]) / w, (m[3] * u + m[4] * v + m[5]) / w);
+}
+
+// Where the images of the page's horizontal lines meet: H (1, 0, 0). Only
+// for a homography whose third row gives that direction a weight (m[6] != 0).
+inline geometric::Geocoordinate<double> horizontal_vanishing_point(const Homography& m) {
+    return geometric::Geocoordinate<double>(m[0] / m[6], m[3] / m[6]);
 }
 
 inline Homography inverse(const Homography& m) {
@@ -64,13 +71,16 @@ inline Homography inverse(const Homography& m) {
 struct TextPageSpec {
     int width = 1000;
     int height = 800;
-    // The text column on the page plane, in pixels of the image when the
+    // The text on the page plane, in pixels of the image when the
     // homography is the identity: glyphs from `left` up to `right`, the
-    // first line's boxes (or the headline) starting at `top`.
+    // first line's boxes (or the headline) starting at `top`; split into
+    // `columns` equal columns with `gutter` between them.
     int left = 80;
     int right = 920;
     int top = 80;
     int lines = 10;
+    int columns = 1;
+    int gutter = 80;
     // A body glyph's box is body_height high and glyph_width wide, drawn
     // with strokes `stroke` thick; line_pitch runs from box top to box top.
     int body_height = 22;
@@ -80,6 +90,17 @@ struct TextPageSpec {
     int word_gap = 20;
     int glyphs_per_word = 5;
     int line_pitch = 44;
+    // Every stem_every-th glyph of a line is a stem, a bar `stroke` wide
+    // in the middle of its box ("l"). None when 0.
+    int stem_every = 0;
+    // Glyphs joined_first up to joined_first + joined_count - 1 of a line
+    // touch, through a bar over the lower 60% of their boxes: one wide blob,
+    // such as smeared letters make, too large for text. In the first line
+    // and every joined_line_step-th after it, in each column; none when
+    // joined_count is 0.
+    int joined_first = 0;
+    int joined_count = 0;
+    int joined_line_step = 1;
     unsigned char paper = 220;
     unsigned char ink = 40;
     // A bold headline above the body: headline_glyphs glyphs headline_height
@@ -96,8 +117,9 @@ struct TextPageSpec {
 struct TextPage {
     common::BasicImage gray;  // GRAY
     common::BasicImage ink;   // BINARY: the pixels of every glyph, headline included, no photo
-    // One entry a body line, top to bottom: the bottom centres of its glyph
-    // boxes on the page plane, carried into the image.
+    // One entry a body line of a column, line by line from the top, the
+    // columns of a line from the left: the bottom centres of its glyph boxes
+    // (joined ones too) on the page plane, carried into the image.
     std::vector<std::vector<geometric::Geocoordinate<float>>> baselines;
     // Image boxes of the body glyphs and of the headline's glyphs.
     std::vector<geometric::Geobox<int>> glyph_boxes;
@@ -191,23 +213,37 @@ inline TextPage make_text_page(const TextPageSpec& spec) {
                l - spec.word_gap <= photo.right && t + spec.body_height + spec.word_gap > photo.top &&
                t - spec.word_gap <= photo.bottom;
     };
-    for (int line = 0; line < spec.lines; ++line, line_top += spec.line_pitch) {
-        std::vector<geometric::Geocoordinate<float>> baseline;
-        int l = spec.left;
-        for (int k = 0; l + spec.glyph_width <= spec.right; ++k) {
-            if (!near_photo(l, line_top)) {
-                page.glyph_boxes.push_back(text_pages_detail::draw(
-                    text_pages_detail::glyph_strokes(k + line, l, line_top, spec.glyph_width, spec.body_height,
-                                                     spec.stroke),
-                    spec.homography, backward, spec.ink, page));
-                const geometric::Geocoordinate<double> p =
-                    apply(spec.homography, l + (spec.glyph_width - 1) * 0.5, line_top + spec.body_height - 1);
-                baseline.emplace_back(static_cast<float>(p.x), static_cast<float>(p.y));
+    const double column_width = (spec.right - spec.left - (spec.columns - 1.0) * spec.gutter) / spec.columns;
+    for (int line = 0; line < spec.lines; ++line, line_top += spec.line_pitch)
+        for (int column = 0; column < spec.columns; ++column) {
+            std::vector<geometric::Geocoordinate<float>> baseline;
+            const double column_left = spec.left + column * (column_width + spec.gutter);
+            double l = column_left;
+            for (int k = 0; l + spec.glyph_width <= column_left + column_width; ++k) {
+                const int gap = (k + 1) % spec.glyphs_per_word == 0 ? spec.word_gap : spec.glyph_gap;
+                if (!near_photo(l, line_top)) {
+                    std::vector<Rect> strokes =
+                        text_pages_detail::glyph_strokes(k + line, l, line_top, spec.glyph_width, spec.body_height,
+                                                         spec.stroke);
+                    if (spec.stem_every > 0 && (k + 1) % spec.stem_every == 0) {
+                        const double middle = l + (spec.glyph_width - spec.stroke) * 0.5;
+                        strokes = {Rect{middle, double(line_top), middle + spec.stroke,
+                                        double(line_top + spec.body_height)}};
+                    }
+                    const int joined = k - spec.joined_first;
+                    if (joined >= 0 && joined < spec.joined_count - 1 && line % spec.joined_line_step == 0)
+                        strokes.push_back(Rect{l, line_top + spec.body_height * 0.4,
+                                               l + spec.glyph_width + gap, double(line_top + spec.body_height)});
+                    page.glyph_boxes.push_back(
+                        text_pages_detail::draw(strokes, spec.homography, backward, spec.ink, page));
+                    const geometric::Geocoordinate<double> p =
+                        apply(spec.homography, l + (spec.glyph_width - 1) * 0.5, line_top + spec.body_height - 1);
+                    baseline.emplace_back(static_cast<float>(p.x), static_cast<float>(p.y));
+                }
+                l += spec.glyph_width + gap;
             }
-            l += spec.glyph_width + ((k + 1) % spec.glyphs_per_word == 0 ? spec.word_gap : spec.glyph_gap);
+            page.baselines.push_back(baseline);
         }
-        page.baselines.push_back(baseline);
-    }
     return page;
 }
 
