@@ -131,11 +131,12 @@ void HoughTransform::initialize_hough_table() {
 
 void HoughTransform::vote(std::vector<unsigned int>& accumulator, int x, int y) const {
     const double dx = x - image_width * 0.5, dy = y - image_height * 0.5;
-    const double offset = static_cast<double>(maximum_distance) + 0.5;
     unsigned int* column = accumulator.data();
     for (int t = 0; t < angle_cells; ++t, ++column) {
+        // Summed left to right, the offset and the half apart: a cell border
+        // is where this exact sum truncates.
         const int d = static_cast<int>(cosine_table[static_cast<std::size_t>(t)] * dx +
-                                       sine_table[static_cast<std::size_t>(t)] * dy + offset);
+                                       sine_table[static_cast<std::size_t>(t)] * dy + maximum_distance + 0.5);
         // Only a point outside the image can fall off the table.
         if (d >= 0 && d < distance_cells) ++column[static_cast<std::size_t>(d) * angle_cells];
     }
