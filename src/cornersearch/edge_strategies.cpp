@@ -5,6 +5,8 @@
 
 #include "cornersearch/analysis_blob_extractor.h"
 #include "cornersearch/corner_preprocessing.h"
+#include "cornersearch/large_blob_extractor.h"
+#include "edgelines/hough_transform.h"
 #include "pixel/geo_morph_iterative_dilation.h"
 
 namespace geometric_test {
@@ -18,6 +20,24 @@ int CannyEdgeExtractor::extract_edges(const common::Image& image, common::BasicI
 int OTSUEdgeExtractor::extract_edges(const common::Image& image, common::BasicImage& edges) {
     CornerPreprocessing::perform_adaptive_binarization(image, edges, 77);
     return 0;
+}
+
+int HoughEdgeAnalyzer::extract_bounding_lines(const common::Image& edges, BoundingLines& lines) {
+    const int w = edges.get_width(), h = edges.get_height();
+    const float area = static_cast<float>(w * h);
+    geometric::LargeBlobExtractorPara para;
+    para.minimum_blob_area = 0.1f * area;
+    para.minimum_blob_width = 0.05f * static_cast<float>(w);
+    para.minimum_blob_height = 0.05f * static_cast<float>(h);
+    para.minimum_total_area = 0.25f * area;
+    para.maximum_selected_blobs = 3;
+    std::vector<int> xs, ys;
+    LargeBlobExtractor(para).obtain_large_blob(edges, xs, ys);
+    geometric::HoughTransform transform(w, h);
+    transform.distance_weight = 0.3f;
+    std::vector<geometric::BoundingLine> partial;  // three sides are no page here
+    bool direction = false;
+    return transform.get_bounding_lines(xs, ys, lines.lines, partial, direction) ? 1 : -1;
 }
 
 int LargeBlobCornerAnalyzer::extract_bounding_lines(const common::Image& edges, BoundingLines& /*lines*/) {

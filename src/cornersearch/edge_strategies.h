@@ -38,6 +38,13 @@ public:
     virtual int extract_bounding_lines(const common::Image& edges, BoundingLines& lines) = 0;
 };
 
+// Page lines from the outlines of the edge image's large blobs, by the
+// Hough transform: 1 when it finds four sides, else -1.
+class HoughEdgeAnalyzer : public EdgeAnalyzer {
+public:
+    int extract_bounding_lines(const common::Image& edges, BoundingLines& lines) override;
+};
+
 // Looks at the large blobs of the edge image, dilating it between looks.
 // The search finds no lines of its own: it ends, with -1, once a dilation
 // leaves the image as it was, since every later pass would repeat the same

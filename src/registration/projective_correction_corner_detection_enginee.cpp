@@ -12,13 +12,6 @@ namespace geometric_test {
 
 namespace {
 
-// The Hough analyzer's place until the transform is part of the library:
-// it finds no lines, and says so.
-class UnavailableHoughEdgeAnalyzer : public EdgeAnalyzer {
-public:
-    int extract_bounding_lines(const common::Image&, BoundingLines&) override { return -1; }
-};
-
 // Halves up, in double as the corrector rounds, so that 0.49999997 stays 0.
 int rounded(float value) { return static_cast<int>(std::floor(static_cast<double>(value) + 0.5)); }
 
@@ -35,7 +28,7 @@ std::shared_ptr<BoundingCornerFactory> ProjectiveCorrectionCornerDetectionEngine
         default: return factory;  // three null strategies
     }
     if (method == CANNY_HOUGH_EDGE || method == OTSU_HOUGH_EDGE) {
-        factory->analyzer = std::make_shared<UnavailableHoughEdgeAnalyzer>();
+        factory->analyzer = std::make_shared<HoughEdgeAnalyzer>();
     } else {
         factory->analyzer = std::make_shared<LargeBlobCornerAnalyzer>();
     }

@@ -27,8 +27,7 @@ enum EdgeRegistrationMethod : std::int32_t {
 class ProjectiveCorrectionCornerDetectionEnginee {
 public:
     // Methods 8 and above assemble a chain of null strategies, which must
-    // never run. The Hough analyzer of methods 1 to 3 is not part of the
-    // library yet: their chains report failure instead.
+    // never run.
     explicit ProjectiveCorrectionCornerDetectionEnginee(EdgeRegistrationMethod method);
 
     // Always writes corners: what was found, rounded by floor(v + 0.5); on
