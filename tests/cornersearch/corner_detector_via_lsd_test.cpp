@@ -119,6 +119,8 @@ TEST(LineSegmentManager, PeaksOfTheAngleHistogram) {
         {{{88, 5}, {89, 5}, {90, 5}, {91, 5}, {3, 2}}, 3, 89},
         // 176 lies within 45 degrees of 2 across the wrap: the next peak is taken.
         {{{2, 5}, {176, 4}, {95, 1}}, 2, 95},
+        // A run up to the last cell counts to its end.
+        {{{177, 5}, {178, 5}, {179, 5}, {90, 1}}, 178, 90},
         // A second peak in the vertical range still fills the other output.
         {{{60, 5}, {120, 4}}, 120, 60},
     };
