@@ -57,8 +57,11 @@ TEST(CornerDetectorViaLsd, CompletesTheSideAnEarlierStageMissed) {
 // pass through the vanishing points and the far ends of the other sides, and
 // meet at the true corner outside the image.
 TEST(CornerDetectorViaLsd, FindsCornersByVanishingPointsBeyondTheFrame) {
+    // The upright page's families are exactly parallel: its sides run at 0
+    // and 90 degrees through the anchors.
     const support::Quad pages[] = {support::quad(160, 100, 660, 60, 720, 540, 100, 500),
-                                   support::quad(160, 100, 700, 110, 840, 700, 150, 520)};
+                                   support::quad(160, 100, 700, 110, 840, 700, 150, 520),
+                                   support::quad(120, 80, 680, 80, 680, 520, 120, 520)};
     for (const support::Quad& page : pages) {
         const common::BasicImage photo = support::photo(800, 600, page);
         OperationalBoundingEdgeRegistration search(OperationalBoundingEdgeRegistration::LINE_SEARCH);
@@ -164,10 +167,10 @@ TEST(LineSegmentManager, InnerFrameAndExtremeEnds) {
     EXPECT_EQ(point.x, 40);  // the second end
     manager.bottom_most(level, point);
     EXPECT_EQ(point.x, 10);  // the first end
-    const int slanted = add(10, 60, 70, 30);
+    const int slanted = add(10, 30, 70, 60);
     EXPECT_EQ(manager.top_most(slanted, point), 30);
     EXPECT_EQ(manager.bottom_most(slanted, point), 60);
-    EXPECT_EQ(point.x, 10);
+    EXPECT_EQ(point.x, 70);
 }
 
 }  // namespace
