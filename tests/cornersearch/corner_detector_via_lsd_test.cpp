@@ -8,6 +8,7 @@
 #include "cornersearch/bounding_edge_registration.h"
 #include "cornersearch/corner_detector_via_lsd.h"
 #include "support/boundary_scenes.h"
+#include "support/errors.h"
 #include "support/images.h"
 
 namespace geometric_test {
@@ -110,6 +111,15 @@ TEST(CornerDetectorViaLsd, ParallelNeighbouringSidesGiveNoCorners) {
     const geometric::Geocoordinate<double> point(100.0, 50.0);
     EXPECT_FALSE(detector.generate_boundary_corners_based_on_vps(point, point, found, found));
     for (const auto& vertex : wrapper.vertices) EXPECT_EQ(vertex.x + vertex.y, 0.0f);
+}
+
+TEST(LineSegmentManager, DetectsOnGrayImagesOnly) {
+    for (common::ImageType type : {common::BINARY, common::RGB, common::BGRA}) {
+        const common::BasicImage image(40, 50, type);
+        CornerDetectorViaLsd::LineSegmentManager manager;
+        EXPECT_EQ(support::thrown_text<const char*>([&] { manager.generate(image); }),
+                  "line segment detection needs an 8-bit gray image") << type;
+    }
 }
 
 TEST(LineSegmentManager, PeaksOfTheAngleHistogram) {
