@@ -8,6 +8,7 @@
 #include "cornersearch/bounding_edge_registration.h"
 #include "cornersearch/corner_detector_via_lsd.h"
 #include "support/boundary_scenes.h"
+#include "support/errors.h"
 #include "support/images.h"
 
 namespace geometric_test {
@@ -57,8 +58,11 @@ TEST(CornerDetectorViaLsd, CompletesTheSideAnEarlierStageMissed) {
 // pass through the vanishing points and the far ends of the other sides, and
 // meet at the true corner outside the image.
 TEST(CornerDetectorViaLsd, FindsCornersByVanishingPointsBeyondTheFrame) {
+    // The upright page's families are exactly parallel: its sides run at 0
+    // and 90 degrees through the anchors.
     const support::Quad pages[] = {support::quad(160, 100, 660, 60, 720, 540, 100, 500),
-                                   support::quad(160, 100, 700, 110, 840, 700, 150, 520)};
+                                   support::quad(160, 100, 700, 110, 840, 700, 150, 520),
+                                   support::quad(120, 80, 680, 80, 680, 520, 120, 520)};
     for (const support::Quad& page : pages) {
         const common::BasicImage photo = support::photo(800, 600, page);
         OperationalBoundingEdgeRegistration search(OperationalBoundingEdgeRegistration::LINE_SEARCH);
@@ -109,6 +113,15 @@ TEST(CornerDetectorViaLsd, ParallelNeighbouringSidesGiveNoCorners) {
     for (const auto& vertex : wrapper.vertices) EXPECT_EQ(vertex.x + vertex.y, 0.0f);
 }
 
+TEST(LineSegmentManager, DetectsOnGrayImagesOnly) {
+    for (common::ImageType type : {common::BINARY, common::RGB, common::BGRA}) {
+        const common::BasicImage image(40, 50, type);
+        CornerDetectorViaLsd::LineSegmentManager manager;
+        EXPECT_EQ(support::thrown_text<const char*>([&] { manager.generate(image); }),
+                  "line segment detection needs an 8-bit gray image") << type;
+    }
+}
+
 TEST(LineSegmentManager, PeaksOfTheAngleHistogram) {
     struct Case {
         std::vector<std::pair<int, float>> cells;  // angle, height
@@ -119,6 +132,8 @@ TEST(LineSegmentManager, PeaksOfTheAngleHistogram) {
         {{{88, 5}, {89, 5}, {90, 5}, {91, 5}, {3, 2}}, 3, 89},
         // 176 lies within 45 degrees of 2 across the wrap: the next peak is taken.
         {{{2, 5}, {176, 4}, {95, 1}}, 2, 95},
+        // A run up to the last cell counts to its end.
+        {{{177, 5}, {178, 5}, {179, 5}, {90, 1}}, 178, 90},
         // A second peak in the vertical range still fills the other output.
         {{{60, 5}, {120, 4}}, 120, 60},
     };
@@ -162,10 +177,10 @@ TEST(LineSegmentManager, InnerFrameAndExtremeEnds) {
     EXPECT_EQ(point.x, 40);  // the second end
     manager.bottom_most(level, point);
     EXPECT_EQ(point.x, 10);  // the first end
-    const int slanted = add(10, 60, 70, 30);
+    const int slanted = add(10, 30, 70, 60);
     EXPECT_EQ(manager.top_most(slanted, point), 30);
     EXPECT_EQ(manager.bottom_most(slanted, point), 60);
-    EXPECT_EQ(point.x, 10);
+    EXPECT_EQ(point.x, 70);
 }
 
 }  // namespace
