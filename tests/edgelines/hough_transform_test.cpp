@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstring>
 
 #include "common/basic_image.h"
 #include "edgelines/hough_transform.h"
@@ -30,20 +31,20 @@ Geocoordinate<double> corner(double u, double v) {
 }
 const Geocoordinate<double> kCorners[4] = {corner(-150, -90), corner(150, -90), corner(150, 90), corner(-150, 90)};
 
-// The sides top, right, bottom, left; the bottom kept only in the pieces given.
-Points rectangle(const std::vector<std::pair<double, double>>& bottom_pieces) {
+// The sides top, right, bottom, left; side `broken` kept only in the pieces given.
+Points rectangle(int broken = -1, const std::vector<std::pair<double, double>>& pieces = {}) {
     Points p;
     for (int k = 0; k < 4; ++k) {
         const Geocoordinate<double>&a = kCorners[k], &b = kCorners[(k + 1) % 4];
-        if (k != 2) p.side(a.x, a.y, b.x, b.y);
-        for (const auto& piece : bottom_pieces)
-            if (k == 2) p.side(a.x, a.y, b.x, b.y, piece.first, piece.second);
+        if (k != broken) p.side(a.x, a.y, b.x, b.y);
+        for (const auto& piece : pieces)
+            if (k == broken) p.side(a.x, a.y, b.x, b.y, piece.first, piece.second);
     }
     return p;
 }
 
 TEST(HoughTransform, TurnedRectangleAmongNoiseGivesItsFourSides) {
-    Points p = rectangle({{0.0, 1.0}});
+    Points p = rectangle();
     support::Lcg random(7u);
     for (int k = 0; k < 300; ++k) {
         p.xs.push_back(static_cast<int>(random.next() % 400));
@@ -68,29 +69,31 @@ TEST(HoughTransform, TurnedRectangleAmongNoiseGivesItsFourSides) {
     // Runs repeat bit for bit.
     std::vector<BoundingLine> again, again_partial;
     transform.get_bounding_lines(p.xs, p.ys, again, again_partial, horizontal);
-    for (std::size_t k = 0; k < 4; ++k) {
-        const BoundingLine &a = again[k], &b = lines[k];
-        EXPECT_TRUE(a.line.a == b.line.a && a.line.b == b.line.b && a.line.c == b.line.c && a.x1 == b.x1 &&
-                    a.y1 == b.y1 && a.x2 == b.x2 && a.y2 == b.y2 && a.segment_length == b.segment_length);
-    }
+    for (std::size_t k = 0; k < 4; ++k) EXPECT_EQ(std::memcmp(&again[k].line, &lines[k].line, sizeof(GeolineBase)), 0);
 }
 
-// The longest connected run of the broken side must reach a fifth of the top's length.
+// The longest connected run of a broken side must reach a fifth of its
+// partner's length. A failed partner of the first line ends the search; a
+// failed fourth side leaves the three others, and its own fitted line, as
+// the partial finding.
 TEST(HoughTransform, BrokenSideStandsOnlyWhenItsLongestRunIsLongEnough) {
+    const std::vector<std::pair<double, double>> long_run = {{0.3, 0.75}},
+                                                 short_runs = {{0.25, 0.35}, {0.45, 0.55}, {0.65, 0.75}};
     struct Case {
+        int side;  // 1 right, 2 bottom
         std::vector<std::pair<double, double>> pieces;
         bool found;
-        std::size_t lines;
+        std::size_t lines, partial;
     };
-    const Case cases[] = {{{{0.3, 0.75}}, true, 4},                                     // one run of 45%
-                          {{{0.25, 0.35}, {0.45, 0.55}, {0.65, 0.75}}, false, 1}};  // three of 10%
+    const Case cases[] = {{2, long_run, true, 4, 0}, {2, short_runs, false, 1, 0}, {1, short_runs, false, 3, 4}};
     for (const Case& c : cases) {
-        const Points p = rectangle(c.pieces);
+        const Points p = rectangle(c.side, c.pieces);
         HoughTransform transform(400, 300);
         std::vector<BoundingLine> lines, partial;
         bool horizontal = false;
         EXPECT_EQ(transform.get_bounding_lines(p.xs, p.ys, lines, partial, horizontal), c.found);
         EXPECT_EQ(lines.size(), c.lines);
+        EXPECT_EQ(partial.size(), c.partial);
     }
 }
 
@@ -101,9 +104,7 @@ TEST(HoughTransform, NinePointsTouchNothingAndTenSearch) {
     std::vector<BoundingLine> lines(1), partial(2);
     bool horizontal = false;
     EXPECT_FALSE(transform.get_bounding_lines(p.xs, p.ys, lines, partial, horizontal));
-    EXPECT_EQ(lines.size(), 1u);
-    EXPECT_EQ(partial.size(), 2u);
-    EXPECT_FALSE(horizontal);
+    EXPECT_TRUE(lines.size() == 1u && partial.size() == 2u && !horizontal);
     p.side(20, 10, 21, 10);
     transform.get_bounding_lines(p.xs, p.ys, lines, partial, horizontal);
     EXPECT_TRUE(horizontal);  // set by the first line, before any check
