@@ -384,10 +384,8 @@ MORVANE_API void estimate_spatial_resolution(void* handle, const ImageCApi* imag
  *   6  the staged search: large blobs of a binary contour image, then of an
  *      edge contour image, then line segments
  *   7  the line segment stage alone
- * The strict corner check of 1 to 5 takes only a page whose four edges all
- * rise to the right (as a page seen from its lower left shows them): each
- * side is judged by one end of its segment at both of its corners, so a
- * page turned either way, or standing upright, is refused. In this version
+ * The strict corner check of 1 to 5 refuses a page when a side's segment
+ * runs more than 50 pixels past one of its corners. In this version
  * the line segment stage (the last stage of 6, and 7) is not part of the
  * library and reports failure, and the large-blob analyzer of 4 and 5 finds
  * no lines of its own, so those fail too. Methods 8 and above must not be passed: they assemble a
