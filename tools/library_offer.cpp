@@ -23,10 +23,6 @@ struct Scene {
     double margin;                    // from the paper's edge to the text
     double glyph_width, glyph_height, stroke;
     double pitch_x, pitch_y;  // from glyph to glyph, and line to line
-    // Leaning instead of turning: x moves by -lean_x per row below the centre,
-    // y by -lean_y per column right of it, so that all four edges rise to the
-    // right as a page seen from its lower left does.
-    double lean_x = 0, lean_y = 0;
 };
 
 // A glyph like a capital H: two stems and a bar, with strokes thin enough
@@ -44,11 +40,9 @@ Raster draw(const Scene& scene) {
     for (int y = 0; y < scene.height; ++y) {
         unsigned char* row = image.row(y);
         for (int x = 0; x < scene.width; ++x) {
-            // The pixel's place on the paper before it leant and was turned.
-            const double det = 1 - scene.lean_x * scene.lean_y;
-            const double dx = (x - cx + scene.lean_x * (y - cy)) / det, dy = (y - cy + scene.lean_y * (x - cx)) / det;
-            const double u = cx + c * dx + s * dy;
-            const double v = cy - s * dx + c * dy;
+            // The pixel's place on the paper before it was turned.
+            const double u = cx + c * (x - cx) + s * (y - cy);
+            const double v = cy - s * (x - cx) + c * (y - cy);
             const bool paper = !scene.on_table || (u >= scene.left && u <= scene.right && v >= scene.top && v <= scene.bottom);
             // Whole glyphs only, inside the margin.
             const double tu = u - scene.left - scene.margin, tv = v - scene.top - scene.margin;
@@ -66,15 +60,6 @@ Raster draw(const Scene& scene) {
 // A plain page turned by 4 degrees on a dark table, with small text.
 const Raster& page_on_table() {
     static const Raster scene = draw({480, 360, 4.0, true, 70, 50, 410, 310, 25, 8, 12, 2, 12, 20});
-    return scene;
-}
-
-// The same page leaning instead of turned. The strict corner check of the
-// Hough methods takes only a page whose edges all rise to the right: a
-// turned page, whose sides lean against its top and bottom, is not theirs.
-const Raster& page_leaning_on_table() {
-    static const Raster scene =
-        draw({480, 360, 0.0, true, 70, 50, 410, 310, 25, 8, 12, 2, 12, 20, 0.08, 0.06});
     return scene;
 }
 
@@ -115,10 +100,7 @@ bool engine_method_offered(int method) {
     static int offered[8] = {-1, -1, -1, -1, -1, -1, -1, -1};
     if (method < 0 || method > 7) return false;
     if (offered[method] < 0) {
-        offered[method] = answers([&] {
-            return find_with_engine(method, page_on_table()).found ||
-                   find_with_engine(method, page_leaning_on_table()).found;
-        }) ? 1 : 0;
+        offered[method] = answers([&] { return find_with_engine(method, page_on_table()).found; }) ? 1 : 0;
     }
     return offered[method] == 1;
 }

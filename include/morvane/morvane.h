@@ -388,10 +388,8 @@ MORVANE_API void estimate_spatial_resolution(void* handle, const ImageCApi* imag
  * into a horizontal and a vertical family: it completes the one side that
  * the earlier stages missed, or draws the sides through the two families'
  * vanishing points and the outermost segment ends, so that corners may lie
- * outside the image. The strict corner check of 1 to 5 takes only a page
- * whose four edges all rise to the right (as a page seen from its lower left
- * shows them): each side is judged by one end of its segment at both of its
- * corners, so a page turned either way, or standing upright, is refused. The
+ * outside the image. The strict corner check of 1 to 5 refuses a page when a
+ * side's segment runs more than 50 pixels past one of its corners. The
  * large-blob analyzer of 4 and 5 finds no lines of its own, so those fail.
  * Methods 8 and above must not be passed: they assemble a
  * search of null strategies, and running it ends the process. Returns the

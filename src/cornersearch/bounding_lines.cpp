@@ -104,32 +104,39 @@ bool BoundingLines::is_right_corner_feasible(const geometric::Geocoordinate<floa
     return distance(line.x2, y_on_line(line.line, line.x2), corner.x, corner.y) <= kCornerFeasibleDistance;
 }
 
+// Each corner is judged by the ends of its two sides that reach towards it:
+// the top test takes the top end (y1) of a side line, the left test the left
+// end (x1) of a top or bottom line, and so on. Given the other way round, the
+// top test would read a top line's left end at both top corners, so only a
+// page whose edges all rise to the right could pass, and x on a nearly level
+// line is ill-conditioned; this pairing lets any page whose sides reach their
+// corners pass, and still refuses a side that runs more than 50 pixels past one.
 bool BoundingLines::is_top_left_corner_feasible(const geometric::Geocoordinate<float>& corner) const {
     const geometric::BoundingLine* top = line_at(top_index);
     const geometric::BoundingLine* left = line_at(left_index);
-    return (top == nullptr || is_top_corner_feasible(corner, *top)) &&
-           (left == nullptr || is_left_corner_feasible(corner, *left));
+    return (left == nullptr || is_top_corner_feasible(corner, *left)) &&
+           (top == nullptr || is_left_corner_feasible(corner, *top));
 }
 
 bool BoundingLines::is_top_right_corner_feasible(const geometric::Geocoordinate<float>& corner) const {
     const geometric::BoundingLine* top = line_at(top_index);
     const geometric::BoundingLine* right = line_at(right_index);
-    return (top == nullptr || is_top_corner_feasible(corner, *top)) &&
-           (right == nullptr || is_right_corner_feasible(corner, *right));
+    return (right == nullptr || is_top_corner_feasible(corner, *right)) &&
+           (top == nullptr || is_right_corner_feasible(corner, *top));
 }
 
 bool BoundingLines::is_bottom_right_corner_feasible(const geometric::Geocoordinate<float>& corner) const {
     const geometric::BoundingLine* bottom = line_at(bottom_index);
     const geometric::BoundingLine* right = line_at(right_index);
-    return (bottom == nullptr || is_bottom_corner_feasible(corner, *bottom)) &&
-           (right == nullptr || is_right_corner_feasible(corner, *right));
+    return (right == nullptr || is_bottom_corner_feasible(corner, *right)) &&
+           (bottom == nullptr || is_right_corner_feasible(corner, *bottom));
 }
 
 bool BoundingLines::is_bottom_left_corner_feasible(const geometric::Geocoordinate<float>& corner) const {
     const geometric::BoundingLine* bottom = line_at(bottom_index);
     const geometric::BoundingLine* left = line_at(left_index);
-    return (bottom == nullptr || is_bottom_corner_feasible(corner, *bottom)) &&
-           (left == nullptr || is_left_corner_feasible(corner, *left));
+    return (left == nullptr || is_bottom_corner_feasible(corner, *left)) &&
+           (bottom == nullptr || is_left_corner_feasible(corner, *bottom));
 }
 
 bool BoundingLines::is_bounding_box_corner_feasible(const std::vector<geometric::Geocoordinate<float>>& corners) const {

@@ -37,10 +37,9 @@ TEST(CornerDetectionEnginee, MethodsOnAPagePhoto) {
         EdgeRegistrationMethod method;
         int result;
     };
-    // The Hough methods' corner check refuses a turned page, and the
-    // large-blob analyzer finds no lines of its own.
+    // The large-blob analyzer finds no lines of its own.
     const Case cases[] = {{HYBRID_EDGE_SEARCH, 1}, {OPERATIONAL_EDGE, 1}, {OPERATIONAL_LINE, 1},
-                          {CANNY_HOUGH_EDGE, -1},  {COMBINED_HOUGH_EDGE, -1}, {OTSU_LARGE_BLOB_EDGE, -1}};
+                          {CANNY_HOUGH_EDGE, 1},   {COMBINED_HOUGH_EDGE, 1}, {OTSU_LARGE_BLOB_EDGE, -1}};
     for (const Case& c : cases) {
         ProjectiveCorrectionCornerDetectionEnginee enginee(c.method);
         ControlPointCorners corners{};

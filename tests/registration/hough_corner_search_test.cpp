@@ -8,12 +8,15 @@
 namespace geometric_test {
 namespace {
 
-// The strict corner check takes a page whose four edges all rise to the
-// right; each end of a side must then come within 50 pixels of its corner.
-TEST(HoughCornerSearch, MethodsOneToThreeFindALeaningPage) {
-    const support::Quad page = support::quad(140, 100, 660, 60, 620, 500, 100, 540);
-    common::BasicImage photo = support::photo(800, 600, page);
+// Pages leaning and turned either way: the strict corner check judges each
+// corner by the ends of its two sides that reach towards it, so the direction
+// in which the edges rise does not matter.
+TEST(HoughCornerSearch, MethodsOneToThreeFindPagesTurnedEitherWay) {
+    for (const support::Quad& page : {support::quad(140, 100, 660, 60, 620, 500, 100, 540),
+                                      support::quad(100, 60, 620, 100, 660, 540, 140, 500),
+                                      support::quad(120, 80, 680, 80, 680, 520, 120, 520)})
     for (EdgeRegistrationMethod method : {CANNY_HOUGH_EDGE, OTSU_HOUGH_EDGE, COMBINED_HOUGH_EDGE}) {
+        common::BasicImage photo = support::photo(800, 600, page);
         ProjectiveCorrectionCornerDetectionEnginee enginee(method);
         ControlPointCorners corners{};
         ASSERT_EQ(enginee.perform_corner_detection(photo, corners), 1) << method;
