@@ -1,6 +1,5 @@
-// Pairs of opposite page edges: parallel pairs are called parallel, converging
-// pairs give their crossing, implausible pairs nothing; with the angle and
-// length limits at their boundaries.
+// Pairs of opposite page edges: parallel, crossing or implausible, with the
+// angle, separation and length limits at their boundaries.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -9,139 +8,70 @@
 #include "vanishing/vanishing_point_codes.h"
 #include "vanishing/vpoint_bounding_line_solver.h"
 
-using namespace geometric;
-
+namespace geometric {
 namespace {
 
-constexpr int kWidth = 400, kHeight = 300;
-
-// The line through (x, y) at `degrees`, whose line_angle() is that angle.
-BoundingLine edge(BoundingLinePosition position, double x, double y, double degrees, int length = 200) {
+// The line through (x, y) whose line_angle() is `degrees`.
+BoundingLine edge(double x, double y, double degrees, int length) {
     const double t = degrees * M_PI / 180.0;
     BoundingLine line;
-    line.position = position;
-    line.line = GeolineBase(std::sin(t), -std::cos(t), -(std::sin(t) * x - std::cos(t) * y));
+    line.line = GeolineBase(std::sin(t), -std::cos(t), std::cos(t) * y - std::sin(t) * x);
     line.segment_length = length;
     return line;
 }
 
-struct Result {
-    int code;
-    Geocoordinate<double> point;
-    BoundingLineProperty property;
-    float disparity;
-};
-
-Result solve(const BoundingLine& first, const BoundingLine& second, Direction direction) {
-    std::vector<BoundingLine> lines = {first, second};
-    Result r{0, {-1.0, -1.0}, BoundingLineProperty(), 0.0f};
-    (direction ? r.property.vertical_lines : r.property.horizontal_lines) = {0, 1};
-    VpointBoundingLineSolver solver(kWidth, kHeight);
-    r.code = solver.perform_boundingline_vpoint_searching(lines, r.property, direction, r.point);
-    r.disparity = direction ? solver.vertical_disparity : solver.horizontal_disparity;
-    return r;
-}
-
-// Top at y = 50 and bottom at y = 50 + gap, both through x = 0. Below 0.65
-// of the height apart (195) the limit is 12 degrees, beyond it 17; a pair
-// more than 90 degrees apart is measured from 180 against 15.
-TEST(VpointBoundingLineSolver, HorizontalPairsByAngleAndSeparation) {
-    struct Case {
-        double top, bottom, gap;
-        int code;
-        float disparity;
-    };
-    const Case cases[] = {
-        {0.0, 0.0, 150, VPOINT_TREAT_AS_PARALLEL, 0.0f},   {3.0, 3.1875, 150, VPOINT_TREAT_AS_PARALLEL, 0.1875f},
-        {3.0, 3.25, 150, VPOINT_FOUND, 0.25f},
-        {0.0, 11.5, 150, VPOINT_FOUND, 11.5f},             {0.0, 12.0, 150, VPOINT_NO_RESULT, 12.0f},
-        {0.0, 12.0, 196, VPOINT_FOUND, 12.0f},             {0.0, 17.0, 196, VPOINT_NO_RESULT, 17.0f},
-        {171.0, 5.0, 150, VPOINT_FOUND, 14.0f},            {170.0, 5.0, 150, VPOINT_NO_RESULT, 15.0f},
-        {90.0, 90.0, 150, VPOINT_TREAT_AS_PARALLEL, 0.0f}};
-    for (const Case& c : cases) {
-        const BoundingLine top = edge(TOP_BOUNDARY, 0, 50, c.top), bottom = edge(BOTTOM_BOUNDARY, 0, 50 + c.gap, c.bottom);
-        const Result r = solve(top, bottom, HORIZONTAL_DIRECTION);
-        EXPECT_EQ(r.code, c.code) << c.top << " " << c.bottom << " " << c.gap;
-        EXPECT_NEAR(r.disparity, c.disparity, 1e-4) << c.top << " " << c.bottom;
-        if (c.top != 90.0) {
-            EXPECT_NEAR(r.property.horizontal_intercept_disparity, c.gap, 1e-3);
-        }
-        if (c.code == VPOINT_FOUND) {
-            EXPECT_NEAR(top.line.point_distance(r.point), 0.0, 1e-6);
-            EXPECT_NEAR(bottom.line.point_distance(r.point), 0.0, 1e-6);
-        } else {
-            EXPECT_EQ(r.point.x, -1.0);  // untouched
-        }
-    }
-}
-
-// Left and right edges through (100, 150) and (300, 150). Lengths of 200 make
-// a large blob (limits 25 and 25), of 50 a small one (7 leaning alike, 14
-// leaning apart). A pair leaning apart that passes is always crossed.
-TEST(VpointBoundingLineSolver, VerticalPairsByLeanAndLength) {
-    struct Case {
-        double left, right;
-        int length, code;
-        float disparity;
-    };
-    const Case cases[] = {
-        {90.0, 90.0, 200, VPOINT_TREAT_AS_PARALLEL, 0.0f}, {91.0, 91.375, 50, VPOINT_TREAT_AS_PARALLEL, 0.375f},
-        {91.0, 91.5, 50, VPOINT_FOUND, 0.5f},              {92.0, 98.5, 50, VPOINT_FOUND, 6.5f},
-        {92.0, 99.0, 50, VPOINT_NO_RESULT, 7.0f},          {92.0, 116.5, 200, VPOINT_FOUND, 24.5f},
-        {92.0, 117.0, 200, VPOINT_NO_RESULT, 25.0f},       {80.0, 100.0, 50, VPOINT_FOUND, 0.8f},
-        {76.0, 91.0, 50, VPOINT_FOUND, 0.8f},              {75.0, 91.0, 50, VPOINT_NO_RESULT, 14.0f},
-        {65.0, 91.0, 200, VPOINT_FOUND, 0.8f},             {64.0, 91.0, 200, VPOINT_NO_RESULT, 25.0f}};
-    for (const Case& c : cases) {
-        const BoundingLine left = edge(LEFT_BOUNDARY, 100, 150, c.left, c.length);
-        const BoundingLine right = edge(RIGHT_BOUNDARY, 300, 150, c.right, c.length);
-        const Result r = solve(left, right, VERTICAL_DIRECTION);
-        EXPECT_EQ(r.code, c.code) << c.left << " " << c.right << " " << c.length;
-        EXPECT_NEAR(r.disparity, c.disparity, 1e-4) << c.left << " " << c.right;
-        if (c.code == VPOINT_NO_RESULT) {
-            EXPECT_EQ(r.property.vertical_intercept_disparity, 0.0);  // only a plausible pair is measured
-        } else {
-            EXPECT_NEAR(r.property.vertical_intercept_disparity,
-                        std::fabs(left.line.x_at(0.0) - right.line.x_at(0.0)), 1e-3);
-        }
-        if (c.code == VPOINT_FOUND) {
-            EXPECT_NEAR(left.line.point_distance(r.point), 0.0, 1e-6);
-            EXPECT_NEAR(right.line.point_distance(r.point), 0.0, 1e-6);
-        }
-    }
-}
-
-// With t = 0.3 of the height (90): both above t, or together above 0.7 of
-// the height (210) with each above t / 2 (45). All limits strict.
-TEST(VpointBoundingLineSolver, LargeBlobByLengths) {
+// A 400 x 300 image. Top and bottom pass (0, 50) and (0, 50 + gap): limit 12
+// degrees, 17 when more than 195 apart, 15 measured from 180 for a pair more
+// than 90 apart. Left and right pass (100, 150) and (300, 150): 7 degrees
+// leaning alike, 14 leaning apart, 25 and 25 for long edges (both above 90,
+// or together above 210 and each above 45). Parallel up to 0.2 and 0.4; a
+// pair leaning apart that passes is always crossed.
+TEST(VpointBoundingLineSolver, OppositeEdgesByAngleSeparationAndLength) {
+    const Direction H = HORIZONTAL_DIRECTION, V = VERTICAL_DIRECTION;
+    const int no = VPOINT_NO_RESULT, found = VPOINT_FOUND, parallel = VPOINT_TREAT_AS_PARALLEL;
     const struct {
-        int first, second;
-        bool large;
-    } cases[] = {{91, 91, true}, {90, 200, true}, {46, 165, true}, {46, 164, false},
-                 {45, 200, false}, {90, 90, false}};
-    const VpointBoundingLineSolver solver(kWidth, kHeight);
+        Direction direction;
+        double first, second, gap;
+        int length1, length2, code;
+        float disparity;
+    } cases[] = {{H, 0, 0, 150, 9, 9, parallel, 0},      {H, 3, 3.1875, 150, 9, 9, parallel, 0.1875f},
+                 {H, 3, 3.25, 150, 9, 9, found, 0.25f},   {H, 0, 11.5, 150, 9, 9, found, 11.5f},
+                 {H, 0, 12, 150, 9, 9, no, 12},           {H, 0, 12, 196, 9, 9, found, 12},
+                 {H, 0, 17, 196, 9, 9, no, 17},           {H, 171, 5, 150, 9, 9, found, 14},
+                 {H, 170, 5, 150, 9, 9, no, 15},          {H, 90, 90, 150, 9, 9, parallel, 0},
+                 {V, 90, 90, 0, 50, 50, parallel, 0},     {V, 91, 91.375, 0, 50, 50, parallel, 0.375f},
+                 {V, 91, 91.5, 0, 50, 50, found, 0.5f},   {V, 92, 98.5, 0, 50, 50, found, 6.5f},
+                 {V, 92, 99, 0, 50, 50, no, 7},           {V, 92, 116.5, 0, 91, 91, found, 24.5f},
+                 {V, 92, 117, 0, 200, 200, no, 25},       {V, 92, 116.5, 0, 90, 90, no, 24.5f},
+                 {V, 92, 116.5, 0, 46, 165, found, 24.5f}, {V, 92, 116.5, 0, 46, 164, no, 24.5f},
+                 {V, 92, 116.5, 0, 45, 200, no, 24.5f},   {V, 80, 100, 0, 50, 50, found, 0.8f},
+                 {V, 76, 91, 0, 50, 50, found, 0.8f},     {V, 75, 91, 0, 50, 50, no, 14},
+                 {V, 65, 91, 0, 200, 200, found, 0.8f},   {V, 64, 91, 0, 200, 200, no, 25}};
     for (const auto& c : cases) {
-        EXPECT_EQ(solver.is_large_vertical_blob(edge(LEFT_BOUNDARY, 0, 0, 90, c.first),
-                                                edge(RIGHT_BOUNDARY, 0, 0, 90, c.second)),
-                  c.large)
+        std::vector<BoundingLine> lines = {
+            c.direction ? edge(100, 150, c.first, c.length1) : edge(0, 50, c.first, c.length1),
+            c.direction ? edge(300, 150, c.second, c.length2) : edge(0, 50 + c.gap, c.second, c.length2)};
+        BoundingLineProperty property;
+        (c.direction ? property.vertical_lines : property.horizontal_lines) = {0, 1};
+        VpointBoundingLineSolver solver(400, 300);
+        Geocoordinate<double> point(-1.0, -1.0);
+        const int code = solver.perform_boundingline_vpoint_searching(lines, property, c.direction, point);
+        EXPECT_EQ(code, c.code) << c.first << " " << c.second << " " << c.length1;
+        EXPECT_NEAR(c.direction ? solver.vertical_disparity : solver.horizontal_disparity, c.disparity, 1e-4)
             << c.first << " " << c.second;
+        // A plausible vertical pair has its separation measured; a horizontal one always.
+        const double across = std::fabs(lines[0].line.x_at(0.0) - lines[1].line.x_at(0.0));
+        const double separation = c.direction ? (code == no ? 0.0 : across) : c.gap;
+        if (c.first != 90 || c.direction) {
+            EXPECT_NEAR(c.direction ? property.vertical_intercept_disparity : property.horizontal_intercept_disparity,
+                        separation, 1e-3);
+        }
+        EXPECT_EQ(point.x == -1.0, code != found);
+        if (code == found) {
+            EXPECT_LT(lines[0].line.point_distance(point) + lines[1].line.point_distance(point), 1e-6);
+        }
     }
-}
-
-TEST(VpointBoundingLineSolver, PairNeedsExactlyTwoIndices) {
-    std::vector<BoundingLine> lines = {edge(TOP_BOUNDARY, 0, 50, 0), edge(BOTTOM_BOUNDARY, 0, 250, 5),
-                                       edge(BOTTOM_BOUNDARY, 0, 260, 5)};
-    VpointBoundingLineSolver solver(kWidth, kHeight);
-    Geocoordinate<double> point;
-    BoundingLineProperty property;
-    property.horizontal_lines = {0};
-    EXPECT_EQ(solver.perform_boundingline_vpoint_searching(lines, property, HORIZONTAL_DIRECTION, point),
-              VPOINT_NO_RESULT);
-    property.horizontal_lines = {0, 1, 2};
-    EXPECT_EQ(solver.perform_boundingline_vpoint_searching(lines, property, HORIZONTAL_DIRECTION, point),
-              VPOINT_NO_RESULT);
-    property.vertical_lines = {0, 1};  // the other direction's list is not read
-    EXPECT_EQ(solver.perform_boundingline_vpoint_searching(lines, property, HORIZONTAL_DIRECTION, point),
-              VPOINT_NO_RESULT);
 }
 
 }  // namespace
+}  // namespace geometric
