@@ -427,8 +427,8 @@ bool HoughTransform::evalute_selected_hough_line(const std::vector<int>& xs, con
     bool dominant = true;
     const GeolineBase fitted = obtain_largest_segment_around_selected_hough_line(
         xs, ys, accumulator, line, distance_index, angle_index, horizontal, box, dominant);
-    // No group near the line leaves the box as it began, whose diagonal would
-    // pass any length test with a line never fitted: such a candidate fails.
+    // No point near the line leaves the box as it began, with no line fitted;
+    // its diagonal would overflow the int squares: such a candidate fails.
     if (box.right < box.left) return false;
 
     const float reference_length =

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "common/basic_image.h"
 #include "edgelines/hough_transform.h"
 #include "support/images.h"
 
@@ -114,7 +115,7 @@ TEST(HoughTransform, AngleRangesWrapAt180) {
         std::vector<int> starts, ends;
     };
     const Case cases[] = {{90, 37, {53}, {127}}, {170, 17, {153, 0}, {179, 7}}, {10, 17, {0, 173}, {27, 179}},
-                          {17, 17, {0}, {34}},   {162, 17, {145}, {179}}};
+                          {17, 17, {0}, {34}},   {162, 17, {145}, {179}}, {163, 17, {146, 0}, {179, 0}}};
     for (const Case& c : cases) {
         std::vector<int> starts, ends;
         HoughTransform::obtain_angle_search_range(c.centre, c.half, starts, ends);
@@ -145,6 +146,10 @@ TEST(HoughTransform, PartnerMustLieAQuarterAcrossAndBeScoredByVotesAndDistance) 
     EXPECT_FALSE(HoughTransform::is_parallel_line_qualified(first, {{0, 174}, {400, 174}}, distance, side, 17, 75));
     EXPECT_TRUE(HoughTransform::is_parallel_line_qualified(first, {{0, 175}, {400, 175}}, distance, side, 17, 75));
     EXPECT_DOUBLE_EQ(distance, 75.0);
+    // Upright lines take the form x = constant.
+    EXPECT_TRUE(HoughTransform::is_parallel_line_qualified({{20, 0}, {20, 300}}, {{100, 0}, {100, 300}}, distance,
+                                                           side, 37, 75));
+    EXPECT_DOUBLE_EQ(distance, 80.0);
     // Turned by 18 degrees: beyond the horizontal window of 17.
     EXPECT_FALSE(HoughTransform::is_parallel_line_qualified(first, {{0, 300}, {400, 170}}, distance, side, 17, 75));
 
@@ -153,8 +158,62 @@ TEST(HoughTransform, PartnerMustLieAQuarterAcrossAndBeScoredByVotesAndDistance) 
     EXPECT_EQ(transform.obtain_best_parallel_line_index(votes, distances, {4, 7}), 7);  // votes weigh 0.7
     votes = {10, 11}, distances = {100, 50};
     EXPECT_EQ(transform.obtain_best_parallel_line_index(votes, distances, {4, 7}), 7);  // both normalised alike
+    votes = {5}, distances = {9};
+    EXPECT_EQ(transform.obtain_best_parallel_line_index(votes, distances, {3}), 3);
     votes = {10, 10, 10}, distances = {100, 100, 100};
     EXPECT_EQ(transform.obtain_best_parallel_line_index(votes, distances, {1, 2, 3}), 1);  // the first of equals
+}
+
+// A cell's line runs between two picture edges, and is checked on the
+// points near it: none near gives no run and fails (the box nothing filled
+// is no segment); an exactly vertical side comes back as the vertical line
+// itself, also on the left border, where the fit of x on y that wins the tie
+// is exactly level.
+TEST(HoughTransform, CandidateIsCheckedOnThePointsNearIt) {
+    struct Case {
+        int x0, y0, x1, y1;  // the only side
+        int angle;           // of the cell checked
+        double offset;       // of the cell from the image's centre
+        HoughLineEnds ends;
+        bool found;
+    };
+    const Case cases[] = {{50, 100, 350, 100, 90, -50, {{0, 100}, {400, 99}}, true},
+                          {50, 100, 350, 100, 90, 100, {{0, 250}, {400, 250}}, false},
+                          {100, 50, 100, 250, 0, -100, {{100, 0}, {100, 300}}, true},
+                          {0, 50, 0, 250, 0, -200, {{0, 0}, {0, 300}}, true}};
+    for (const Case& c : cases) {
+        Points p;
+        p.side(c.x0, c.y0, c.x1, c.y1);
+        HoughTransform transform(400, 300);
+        const int d = static_cast<int>(c.offset + transform.maximum_distance + 0.5);
+        HoughLineEnds line;
+        const bool horizontal = transform.estimate_double_end_line(d, c.angle, line);
+        EXPECT_EQ(line, c.ends);
+        EXPECT_EQ(horizontal, c.angle == 90);
+        BoundingLine result;
+        EXPECT_EQ(transform.evalute_selected_hough_line(p.xs, p.ys, {}, line, d, c.angle, horizontal, result, nullptr),
+                  c.found);
+        if (c.found) {
+            EXPECT_LT(result.line.point_distance(Geocoordinate<int>{(c.x0 + c.x1) / 2, (c.y0 + c.y1) / 2}), 0.5);
+        }
+    }
+}
+
+// Voting the pixels of an image that are 1 is voting their points.
+TEST(HoughTransform, ImageVotingMatchesPointVoting) {
+    common::BasicImage image(300, 400, common::BINARY);
+    Points p;
+    for (int y = 0; y < 300; ++y)
+        for (int x = 0; x < 400; ++x)
+            if ((7 * x + 13 * y) % 29 == 0) {
+                image.set_pixel(x, y, 1);
+                p.xs.push_back(x);
+                p.ys.push_back(y);
+            }
+    std::vector<unsigned int> from_image, from_points;
+    HoughTransform(&image).set_up_accumulator_map(from_image);
+    HoughTransform(400, 300).set_up_accumulator_map(from_points, p.xs, p.ys);
+    EXPECT_EQ(from_image, from_points);
 }
 
 }  // namespace
