@@ -21,8 +21,8 @@ BoundingLine edge(double x, double y, double degrees, int length) {
 }
 
 // A 400 x 300 image. Top and bottom pass (0, 50) and (0, 50 + gap): limit 12
-// degrees, 17 when more than 195 apart, 15 measured from 180 for a pair more
-// than 90 apart. Left and right pass (100, 150) and (300, 150): 7 degrees
+// degrees, 17 when more than 0.65 of the height (195) apart, 15 measured
+// from 180 for a pair more than 90 apart. Left and right pass (100, 150) and (300, 150): 7 degrees
 // leaning alike, 14 leaning apart, 25 and 25 for long edges (both above 90,
 // or together above 210 and each above 45). Parallel up to 0.2 and 0.4; a
 // pair leaning apart that passes is always crossed.
@@ -36,7 +36,7 @@ TEST(VpointBoundingLineSolver, OppositeEdgesByAngleSeparationAndLength) {
         float disparity;
     } cases[] = {{H, 0, 0, 150, 9, 9, parallel, 0},      {H, 3, 3.1875, 150, 9, 9, parallel, 0.1875f},
                  {H, 3, 3.25, 150, 9, 9, found, 0.25f},   {H, 0, 11.5, 150, 9, 9, found, 11.5f},
-                 {H, 0, 12, 150, 9, 9, no, 12},           {H, 0, 12, 196, 9, 9, found, 12},
+                 {H, 0, 12, 195, 9, 9, no, 12},           {H, 0, 12, 196, 9, 9, found, 12},
                  {H, 0, 17, 196, 9, 9, no, 17},           {H, 171, 5, 150, 9, 9, found, 14},
                  {H, 170, 5, 150, 9, 9, no, 15},          {H, 90, 90, 150, 9, 9, parallel, 0},
                  {V, 90, 90, 0, 50, 50, parallel, 0},     {V, 91, 91.375, 0, 50, 50, parallel, 0.375f},
