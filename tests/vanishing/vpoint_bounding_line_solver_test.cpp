@@ -39,6 +39,7 @@ TEST(VpointBoundingLineSolver, OppositeEdgesByAngleSeparationAndLength) {
                  {H, 0, 12, 195, 9, 9, no, 12},           {H, 0, 12, 196, 9, 9, found, 12},
                  {H, 0, 17, 196, 9, 9, no, 17},           {H, 171, 5, 150, 9, 9, found, 14},
                  {H, 170, 5, 150, 9, 9, no, 15},          {H, 90, 90, 150, 9, 9, parallel, 0},
+                 {H, 163, 0, 196, 9, 9, found, 17},       {H, 160, 0, 196, 9, 9, no, 20},
                  {V, 90, 90, 0, 50, 50, parallel, 0},     {V, 91, 91.375, 0, 50, 50, parallel, 0.375f},
                  {V, 91, 91.5, 0, 50, 50, found, 0.5f},   {V, 92, 98.5, 0, 50, 50, found, 6.5f},
                  {V, 92, 99, 0, 50, 50, no, 7},           {V, 92, 116.5, 0, 91, 91, found, 24.5f},
