@@ -1,0 +1,104 @@
+// Margin lines found on turned text pages: along the true edges of a justified
+// block or of each column, none along a ragged edge or the image's side.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "pageanalysis/apriori_pageanalysis.h"
+#include "support/text_pages.h"
+#include "textlines/eignpoints_cluster.h"
+#include "textlines/eignpoints_merger.h"
+#include "textlines/eignpoints_para_setup.h"
+#include "textlines/margin_line_creator.h"
+
+namespace {
+
+using namespace geometric;
+using Points = std::vector<Geocoordinate<float>>;
+
+struct Edge {
+    Geocoordinate<double> top, bottom;  // image points of the ink's outermost column
+};
+
+// The block's true edges, column by column, left then right: the outer
+// columns of ink of each column's first and last glyphs on the page plane,
+// from its first line's top to its last line's bottom, carried into the image.
+std::vector<Edge> true_edges(const support::TextPageSpec& spec, const support::TextPage& page) {
+    const support::Homography back = support::inverse(spec.homography);
+    std::vector<Edge> edges;
+    for (int column = 0; column < spec.columns; ++column) {
+        const Points& first = page.baselines[column];
+        const Points& last = page.baselines[page.baselines.size() - spec.columns + column];
+        for (const bool right : {false, true}) {
+            const Geocoordinate<float>& a = right ? first.back() : first.front();
+            const Geocoordinate<float>& b = right ? last.back() : last.front();
+            const double half = (spec.glyph_width - 1) * 0.5;
+            const Geocoordinate<double> pa = support::apply(back, a.x, a.y), pb = support::apply(back, b.x, b.y);
+            const double u = right ? pa.x + half : pa.x - half;
+            edges.push_back(Edge{support::apply(spec.homography, u, pa.y - spec.body_height + 1),
+                                 support::apply(spec.homography, u, pb.y)});
+        }
+    }
+    return edges;
+}
+
+double farther_end(const GeolineBase& line, const Edge& edge) {
+    return std::max(line.point_distance(edge.top), line.point_distance(edge.bottom));
+}
+
+// Every scene is on a page turned a few degrees and seen a little from below
+// or aside. "edges" lists, by index into true_edges (left, right of the first
+// column, then of the second), the edges that must each have a margin line
+// within 4 pixels at both ends; no other line may be found. A margin runs
+// through the corners of glyph boxes, which stand up to h sin(turn) off the
+// glyph's edge (2.3 pixels for a 22-pixel glyph turned 6 degrees), and the
+// box rounds to whole pixels.
+TEST(MarginLineCreator, MarginsAlongTheTrueEdgesOfTheText) {
+    struct Case {
+        const char* what;
+        double degrees, tilt, pan;
+        int columns, left, ragged;
+        bool result;
+        std::vector<int> edges;
+    } const cases[] = {
+        {"a justified block gives both margins", 4.0, 0.0001, 0.0, 1, 160, 0, true, {0, 1}},
+        {"and so turned the other way", -6.0, -0.0001, 0.0001, 1, 160, 0, true, {0, 1}},
+        {"a ragged right edge gives no right margin", 3.0, 0.0, 0.0001, 1, 160, 4, false, {0}},
+        {"a margin at the image's side is refused", 0.5, 0.0, 0.0, 1, 12, 0, false, {1}},
+        {"two columns give a left and a right margin each", -3.0, 0.0001, 0.0, 2, 160, 0, true, {0, 1, 2, 3}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        support::TextPageSpec spec;
+        spec.width = 1300, spec.height = 900, spec.left = c.left, spec.right = 1140, spec.top = 120;
+        spec.lines = 14, spec.columns = c.columns, spec.ragged = c.ragged;
+        spec.homography = support::turned_homography(c.degrees, 650.0, 450.0, c.tilt, c.pan);
+        const support::TextPage page = support::make_text_page(spec);
+        AprioriPageanalysis analysis(&page.gray, nullptr);
+        ASSERT_TRUE(analysis.run_page_analysis());
+        HybridProjectivePara para;
+        Points points;
+        ASSERT_TRUE(EignpointsParaSetup::set_up_eignpoints_para(&analysis, points, para));
+        std::vector<Points> groups, text_groups, margin_groups;
+        ASSERT_TRUE(EignpointsCluster(para.clustering).perform_eignpoints_clustering(points, groups));
+        EignpointsMerger(&analysis, para.merger).perform_eignpoint_group_merge(groups, text_groups);
+
+        MarginLineCreator creator(para.margin, spec.width, spec.height, &analysis);
+        std::vector<GeolineBase> lines;
+        std::vector<double> weights;
+        EXPECT_EQ(creator.perform_margin_line_formulation(text_groups, margin_groups, lines, weights), c.result);
+        ASSERT_EQ(lines.size(), c.edges.size());
+        EXPECT_EQ(weights.size(), c.result ? lines.size() : 1u);
+
+        const std::vector<Edge> edges = true_edges(spec, page);
+        for (const int e : c.edges) {
+            double nearest = 1e9;
+            for (const GeolineBase& line : lines) nearest = std::min(nearest, farther_end(line, edges[e]));
+            EXPECT_LT(nearest, 4.0) << "edge " << e;
+        }
+    }
+}
+
+}  // namespace
