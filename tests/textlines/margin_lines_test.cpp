@@ -101,4 +101,59 @@ TEST(MarginLineCreator, MarginsAlongTheTrueEdgesOfTheText) {
     }
 }
 
+// Text lines given by their two ends alone (no analysis: the ends are the
+// margin points), 20 pixels apart from y = 100, on a 1000-pixel-wide image
+// with the thresholds of a 10-pixel spacing: groups within 60 pixels,
+// inliers within 5, margins merge within 10.
+TEST(MarginLineCreator, PartnersComparedAndCoincidingMarginsMerged) {
+    const auto rows = [](int count, double left, double left_lean, double right, double right_lean, int gap_at = 99) {
+        std::vector<Points> lines;
+        for (int i = 0; i < count; ++i) {
+            const float y = 100.0f + 20.0f * i + (i >= gap_at ? 200.0f : 0.0f);
+            lines.push_back({{float(left + left_lean * y), y}, {float(right + right_lean * y), y}});
+        }
+        return lines;
+    };
+    std::vector<Points> unequal = rows(12, 100, 0.01, 800, 0.01);
+    for (int i = 6; i < 12; ++i) unequal[i][1].x = 500.0f + 70.0f * i;  // right ends too far apart to group
+    struct Case {
+        const char* what;
+        std::vector<Points> text;
+        bool result;
+        std::vector<std::size_t> sizes;  // of the margin groups
+    } const cases[] = {
+        {"margins broken by a gap merge again", rows(12, 100, 0.02, 800, 0.02, 6), true, {12, 12}},
+        {"a partner leaning 26 degrees more is dropped", rows(12, 100, 0.01, 800, 0.5), false, {12}},
+        {"a partner under half as long fails the page", unequal, false, {}},
+        {"margins under a fifth of the width apart fail", rows(8, 400, 0.01, 590, 0.01), false, {8, 8}},
+        {"and a fifth apart pass", rows(8, 400, 0.01, 601, 0.01), true, {8, 8}},
+        // The fit of x on y has a slope of exactly 0, the line turned back is infinite.
+        {"exactly upright margins fail", rows(8, 400, 0.0, 601, 0.0), false, {}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        HybridProjectivePara para;
+        EignpointsParaSetup::set_up_thresholds(10.0f, para);
+        para.margin.inlier_distance = 5.0f;
+        MarginLineCreator creator(para.margin, 1000, 800, nullptr);
+        std::vector<Points> groups;
+        std::vector<GeolineBase> lines;
+        std::vector<double> weights;
+        EXPECT_EQ(creator.perform_margin_line_formulation(c.text, groups, lines, weights), c.result);
+        std::vector<std::size_t> sizes;
+        for (const Points& g : groups) sizes.push_back(g.size());
+        EXPECT_EQ(sizes, c.sizes);
+        EXPECT_EQ(lines.size(), c.sizes.size());
+    }
+}
+
+// A right candidate that pairs anew takes its new partner's id; its former
+// partner keeps the old one.
+TEST(MarginLineCreator, PartnerIdsAreOverwrittenNotUnited) {
+    std::vector<int> left, right;
+    MarginLineCreator::obtain_unique_margin_line_pair_indicator({{0, 0}, {1, 1}, {1, 0}}, left, 3, right, 2);
+    EXPECT_EQ(left, (std::vector<int>{6, 7, 2}));
+    EXPECT_EQ(right, (std::vector<int>{7, 7}));
+}
+
 }  // namespace
