@@ -175,3 +175,94 @@ TEST(FeatureRegistration, CornerExpansionStopsAtTheImageOrOneCharacterBeyond) {
         EXPECT_EQ(far_bottom.y, 99.0f);
     }
 }
+
+namespace {
+
+// A text search on a 1000 x 800 page whose edge search left a top and a
+// bottom edge at 1 degree, 600 pixels apart, with a horizontal vanishing point.
+struct EdgesAtOneDegree {
+    EdgesAtOneDegree(bool dominant, int length) : image(support::flat_image(800, 1000, 200)), feature(&image) {
+        const double slope = std::tan(1.0 * 3.141592653589793 / 180.0);
+        for (const double c : {100.0, 700.0}) {
+            geometric::BoundingLine edge;
+            edge.position = c < 400.0 ? geometric::TOP_BOUNDARY : geometric::BOTTOM_BOUNDARY;
+            edge.line = geometric::GeolineBase(slope, -1.0, c);
+            edge.segment_length = length;
+            edge.has_dominant_segment = dominant;
+            feature.bounding_lines.push_back(edge);
+        }
+        feature.bounding_line_property.top_index = 0;
+        feature.bounding_line_property.bottom_index = 1;
+        feature.bounding_line_property.horizontal_intercept_disparity = 600.0;
+        feature.vanishing_points.horizontal.has_vanishing_point = true;
+    }
+    BasicImage image;
+    hybrid::FeatureRegistration feature;
+};
+
+}  // namespace
+
+// When the edges' horizontal direction stands against the text: the text's
+// angles within 1.1 degrees of the edges, 2 or 4 times that for few lines or
+// lines close together, always within the edges' distance.
+TEST(FeatureRegistration, EdgesStandAgainstTextWithinTheToleranceForItsWealth) {
+    struct Case {
+        const char* name;
+        bool dominant;
+        int length, lines;
+        float text_angle, span, end_distance;
+        bool formed, answer;
+    };
+    const Case cases[] = {
+        {"few lines, 4 x tolerance", true, 50, 5, 5.3f, 100, 100, true, true},
+        {"few lines, beyond 4 x", true, 50, 5, 5.5f, 100, 100, true, false},
+        {"few lines, 2 x without dominant edges", false, 50, 5, 3.1f, 100, 100, true, true},
+        {"few lines, beyond 2 x", false, 50, 5, 3.3f, 100, 100, true, false},
+        {"beyond, but long parallel edges", false, 101, 5, 3.3f, 100, 100, true, true},
+        {"edges no farther apart than the text", true, 500, 5, 1.0f, 600, 100, true, false},
+        {"many clean lines, plain tolerance", true, 50, 60, 2.05f, 100, 100, true, true},
+        {"many clean lines, beyond", true, 50, 60, 2.15f, 100, 100, true, false},
+        {"many rough lines, 4 x", true, 50, 60, 5.3f, 100, 100, false, true},
+        {"some lines spread wide, plain", true, 50, 30, 2.15f, 300, 100, true, false},
+        {"some lines close together, 4 x", true, 50, 30, 5.3f, 270, 400, true, true},
+        {"some lines, ends far apart, plain", true, 50, 30, 2.15f, 270, 401, true, false},
+    };
+    for (const Case& c : cases) {
+        EdgesAtOneDegree scene(c.dominant, c.length);
+        EXPECT_EQ(scene.feature.is_previous_horizontal_detection_trustable(c.lines, c.text_angle, c.text_angle, c.span,
+                                                                           c.end_distance, c.formed),
+                  c.answer)
+            << c.name;
+    }
+    EdgesAtOneDegree without_direction(true, 500);
+    without_direction.feature.vanishing_points.horizontal.has_vanishing_point = false;
+    EXPECT_FALSE(without_direction.feature.is_previous_horizontal_detection_trustable(5, 1.0f, 1.0f, 100, 100, true));
+}
+
+// The pair of text lines that tells whether they are parallel: the outer
+// pair, or the second when its indices lie farther apart and it spans more;
+// the line of the higher index first.
+TEST(FeatureRegistration, TextLinesParallelByTheWiderPair) {
+    BasicImage image = support::flat_image(800, 1000, 200);
+    hybrid::FeatureRegistration feature(&image);
+    const double t01 = std::tan(0.1 * 3.141592653589793 / 180.0);
+    const std::vector<geometric::GeolineBase> lines = {
+        {0.0, -1.0, 100.0}, {t01, -1.0, 200.0}, {0.0, -1.0, 300.0}, {4 * t01, -1.0, 700.0}};
+    struct Case {
+        std::vector<int> order;
+        float span;
+        bool parallel;
+    };
+    const Case cases[] = {{{0, 2, 1, 2}, 200.0f, true},    // second pair no farther apart in index
+                          {{1, 2, 0, 3}, 600.0f, false},   // second pair wider: 0.4 degrees apart
+                          {{0, 1, 2, 3}, 100.0f, true}};   // the outer pair, 0.1 degrees apart
+    for (const Case& c : cases) {
+        float first = -1.0f, second = -1.0f, span = -1.0f;
+        EXPECT_EQ(feature.is_text_line_parallel(lines, c.order, first, second, span), c.parallel);
+        EXPECT_EQ(span, c.span);
+    }
+    float first = -1.0f, second = -1.0f, span = -1.0f;
+    feature.is_text_line_parallel(lines, {0, 3, 0, 3}, first, second, span);
+    EXPECT_FLOAT_EQ(first, static_cast<float>(lines[3].line_angle()));
+    EXPECT_EQ(second, 0.0f);
+}
