@@ -148,12 +148,49 @@ TEST(MarginLineCreator, PartnersComparedAndCoincidingMarginsMerged) {
 }
 
 // A right candidate that pairs anew takes its new partner's id; its former
-// partner keeps the old one.
+// partner keeps the old one. Unpaired candidates keep their places.
 TEST(MarginLineCreator, PartnerIdsAreOverwrittenNotUnited) {
     std::vector<int> left, right;
-    MarginLineCreator::obtain_unique_margin_line_pair_indicator({{0, 0}, {1, 1}, {1, 0}}, left, 3, right, 2);
-    EXPECT_EQ(left, (std::vector<int>{6, 7, 2}));
-    EXPECT_EQ(right, (std::vector<int>{7, 7}));
+    MarginLineCreator::obtain_unique_margin_line_pair_indicator({{0, 0}, {1, 1}, {1, 0}}, left, 3, right, 3);
+    EXPECT_EQ(left, (std::vector<int>{7, 8, 2}));
+    EXPECT_EQ(right, (std::vector<int>{8, 8, 5}));
+}
+
+// The limits of one candidate's tests, against the upright line x = 100 with
+// inliers within 4 pixels and a 10-pixel frame on a 1000-pixel-wide image.
+TEST(MarginLineCreator, LimitsOfSpreadInliersAndFrame) {
+    MarginConstraints limits;
+    limits.inlier_distance = 4.0f, limits.frame_margin = 10.0f;
+    const MarginLineCreator creator(limits, 1000, 800, nullptr);
+    // One point 30 off and one exactly at the inlier distance: the spread,
+    // some 9.4 pixels, is too wide for 10 points (limit 8) but not for 11 (12).
+    for (const std::size_t n : {10u, 11u}) {
+        Points points(n - 2, Geocoordinate<float>(100.0f, 0.0f));
+        points.emplace_back(104.0f, 0.0f);
+        points.emplace_back(130.0f, 0.0f);
+        for (std::size_t i = 0; i < n; ++i) points[i].y = 20.0f * i;
+        float ratio = -1.0f;
+        EXPECT_EQ(creator.verify_point_dispersion(points, GeolineBase(1.0, 0.0, -100.0), ratio), n == 11) << n;
+        EXPECT_EQ(ratio, n == 11 ? 10.0f / 11.0f : -1.0f) << n;
+    }
+    // A point at exactly the frame's distance from the side goes.
+    for (const MarginDir side : {LEFT_MARGIN, RIGHT_MARGIN}) {
+        Points points{{10.0f, 0.0f}, {10.5f, 0.0f}};
+        if (side == RIGHT_MARGIN) points = Points{{989.0f, 0.0f}, {988.5f, 0.0f}};
+        float ratio = 0.0f;
+        creator.verfiy_point_away_frame(points, side, ratio);
+        EXPECT_EQ(points.size(), 1u);
+        EXPECT_EQ(ratio, 0.5f);
+    }
+    // Two points of a margin at the image's side: 7 left of 9 still make a
+    // margin, 6 of 8 do not.
+    for (const int kept : {6, 7}) {
+        Points points;
+        for (int i = 0; i < kept; ++i) points.emplace_back(900.0f + 10.0f * i, 20.0f * i);
+        points.insert(points.end(), {{990.0f, 180.0f}, {1000.0f, 200.0f}});
+        GeolineBase line;
+        EXPECT_EQ(creator.verify_vertical_margin_line(points, line, RIGHT_MARGIN), kept == 7) << kept;
+    }
 }
 
 }  // namespace
