@@ -87,7 +87,7 @@ bool MarginLineCreator::perform_margin_line_formulation(const groups& text_group
     }
 
     const std::size_t fewest = std::min(largest_group(left_groups), largest_group(right_groups));
-    if (static_cast<std::size_t>(2 * std::max(constraints.minimum_inliers, 0)) < fewest) {
+    if (2LL * constraints.minimum_inliers < static_cast<long long>(fewest)) {
         constraints.maximum_angle_difference += kAngleDifferenceBonus;
         constraints.minimum_length_ratio -= kLengthRatioRelief;
     }

@@ -44,10 +44,6 @@ std::vector<Edge> true_edges(const support::TextPageSpec& spec, const support::T
     return edges;
 }
 
-double farther_end(const GeolineBase& line, const Edge& edge) {
-    return std::max(line.point_distance(edge.top), line.point_distance(edge.bottom));
-}
-
 // Every scene is on a page turned a few degrees and seen a little from below
 // or aside. "edges" lists, by index into true_edges (left, right of the first
 // column, then of the second), the edges that must each have a margin line
@@ -95,7 +91,9 @@ TEST(MarginLineCreator, MarginsAlongTheTrueEdgesOfTheText) {
         const std::vector<Edge> edges = true_edges(spec, page);
         for (const int e : c.edges) {
             double nearest = 1e9;
-            for (const GeolineBase& line : lines) nearest = std::min(nearest, farther_end(line, edges[e]));
+            for (const GeolineBase& line : lines)
+                nearest = std::min(nearest, std::max(line.point_distance(edges[e].top),
+                                                     line.point_distance(edges[e].bottom)));
             EXPECT_LT(nearest, 4.0) << "edge " << e;
         }
     }
@@ -148,12 +146,47 @@ TEST(MarginLineCreator, PartnersComparedAndCoincidingMarginsMerged) {
 }
 
 // A right candidate that pairs anew takes its new partner's id; its former
-// partner keeps the old one.
+// partner keeps the old one. Unpaired candidates keep their places.
 TEST(MarginLineCreator, PartnerIdsAreOverwrittenNotUnited) {
     std::vector<int> left, right;
-    MarginLineCreator::obtain_unique_margin_line_pair_indicator({{0, 0}, {1, 1}, {1, 0}}, left, 3, right, 2);
-    EXPECT_EQ(left, (std::vector<int>{6, 7, 2}));
-    EXPECT_EQ(right, (std::vector<int>{7, 7}));
+    MarginLineCreator::obtain_unique_margin_line_pair_indicator({{0, 0}, {1, 1}, {1, 0}}, left, 3, right, 3);
+    EXPECT_EQ(left, (std::vector<int>{7, 8, 2}));
+    EXPECT_EQ(right, (std::vector<int>{8, 8, 5}));
+}
+
+// The limits of one candidate's tests, against the upright line x = 100 with
+// inliers within 4 pixels and a 10-pixel frame on a 1000-pixel-wide image.
+TEST(MarginLineCreator, LimitsOfSpreadInliersAndFrame) {
+    MarginConstraints limits;
+    limits.inlier_distance = 4.0f, limits.frame_margin = 10.0f;
+    const MarginLineCreator creator(limits, 1000, 800, nullptr);
+    // One point 30 off and one exactly at the inlier distance: the spread,
+    // some 9.4 pixels, is too wide for 10 points (limit 8) but not for 11 (12).
+    for (const std::size_t n : {10u, 11u}) {
+        Points points;
+        for (std::size_t i = 0; i < n; ++i)
+            points.emplace_back(i == n - 1 ? 130.0f : i == n - 2 ? 104.0f : 100.0f, 20.0f * i);
+        float ratio = -1.0f;
+        EXPECT_EQ(creator.verify_point_dispersion(points, GeolineBase(1.0, 0.0, -100.0), ratio), n == 11) << n;
+        EXPECT_EQ(ratio, n == 11 ? 10.0f / 11.0f : -1.0f) << n;
+    }
+    // A point at exactly the frame's distance from the side goes.
+    Points left{{10.0f, 0.0f}, {10.5f, 0.0f}}, right{{989.0f, 0.0f}, {988.5f, 0.0f}};
+    float left_ratio = 0.0f, right_ratio = 0.0f;
+    creator.verfiy_point_away_frame(left, LEFT_MARGIN, left_ratio);
+    creator.verfiy_point_away_frame(right, RIGHT_MARGIN, right_ratio);
+    ASSERT_TRUE(left.size() == 1 && right.size() == 1);
+    EXPECT_EQ((std::vector<float>{left[0].x, right[0].x, left_ratio, right_ratio}),
+              (std::vector<float>{10.5f, 988.5f, 0.5f, 0.5f}));
+    // Two points of a margin at the image's side: 7 left of 9 still make a
+    // margin, 6 of 8 do not.
+    for (const int kept : {6, 7}) {
+        Points points;
+        for (int i = 0; i < kept; ++i) points.emplace_back(900.0f + 10.0f * i, 20.0f * i);
+        points.insert(points.end(), {{990.0f, 180.0f}, {1000.0f, 200.0f}});
+        GeolineBase line;
+        EXPECT_EQ(creator.verify_vertical_margin_line(points, line, RIGHT_MARGIN), kept == 7) << kept;
+    }
 }
 
 }  // namespace
