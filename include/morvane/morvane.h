@@ -193,8 +193,12 @@ MORVANE_API int obtain_output_image_dimension(const ControlPointCorners* corners
  * - The page-edge search runs its binary and edge stages (large blobs and
  *   their outlines); the edge-only mode adds its line segment stage, which
  *   completes pages cut by the image border.
- * - The text search is a stand-in: a hybrid run passes the edge search's
- *   result on and answers as an edge-only run does.
+ * - The text search weighs the edge result first and keeps a good one as
+ *   it is; otherwise it reads the horizontal direction from the text lines
+ *   (page analysis, eigenpoint groups and their merging, a consensus of the
+ *   lines) and draws the page around the text, never through it. It reads
+ *   no vertical direction of its own: the sides of a page found by its text
+ *   are upright, or follow the edges' vertical angle.
  * - The resolution estimate reads the size of the text by page analysis
  *   (300 when it finds too little text).
  * - Of the two binarization methods only Sauvola (0) is present.

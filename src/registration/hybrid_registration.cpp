@@ -15,7 +15,6 @@
 #include "pageanalysis/area_pageanalysis.h"
 #include "pixel/image_integer_down_sampling.h"
 #include "registration/line_registration.h"
-#include "registration/pending_search_registration.h"
 
 namespace hybrid {
 
@@ -129,7 +128,12 @@ int HybridRegistration::run_feature_searching() {
     if (preprocessing() < 0) return -1;
     if (edge_registration == nullptr) throw kFeatureBeforeEdge;
     if (feature_registration == nullptr) create_feature_registration();
-    geometric::ProjectiveRegistration& feature = *feature_registration;
+    FeatureRegistration& feature = *feature_registration;
+    // A down-sampled working image is smooth already and its strokes fainter.
+    if (downsampling_rate > 1) {
+        feature.para.apriori_binarization_k = 0.1f;
+        feature.para.apriori_is_full_resolution = false;
+    }
     const geometric::ProjectiveRegistration& edge = *edge_registration;
 
     // Everything the edge search found is the feature search's starting point.
@@ -141,11 +145,15 @@ int HybridRegistration::run_feature_searching() {
     feature.output_width = edge.output_width;
     feature.output_height = edge.output_height;
     feature.corners = edge.corners;
-    feature.para = static_cast<const ProjectiveRegistrationPara&>(*this);
+    // Twice: the thresholds every registration reads, and the text route's copy.
+    static_cast<geometric::ProjectiveRegistration&>(feature).para = static_cast<const ProjectiveRegistrationPara&>(*this);
+    feature.para.registration = static_cast<const ProjectiveRegistrationPara&>(*this);
 
     geometric::RegistrationOutputType result = feature.run_registration();
     feature.registration_output = result;
-    if (result != geometric::REGISTRATION_STRAIGHT_PAGE) {
+    // A preferred edge result without text below it keeps the edge's corners.
+    const bool edge_corners_stand = feature.edge_result_is_preferred && !(feature.text_box.bottom.y > 1.0f);
+    if (result != geometric::REGISTRATION_STRAIGHT_PAGE && !edge_corners_stand) {
         if (feature.obtain_corners()) {
             result = feature.registration_output;
         } else if (!feature.bounding_vanishing_points.vertical.has_vanishing_point &&
@@ -178,9 +186,7 @@ void HybridRegistration::create_edge_registration() {
 }
 
 void HybridRegistration::create_feature_registration() {
-    // The text search is not part of the library yet; its stand-in passes on
-    // what the edge search found.
-    feature_registration = new PendingSearchRegistration(downsampled_image);
+    feature_registration = new FeatureRegistration(downsampled_image);
 }
 
 // ---------------------------------------------------------------------------
@@ -423,8 +429,8 @@ void HybridRegistration::obtain_binarized_corrected_image(const common::Image& i
 }
 
 int HybridRegistration::estimate_spatial_resolution() {
-    // The feature search keeps no page analysis of its own yet: the working
-    // image is analysed alone, and its resolution scaled up by the rate.
+    if (feature_registration != nullptr && feature_registration->page_analysis != nullptr)
+        return feature_registration->page_analysis->obtain_spatial_resolution() * downsampling_rate;
     if (downsampled_image == nullptr) return kDefaultResolution;
     int dots_per_inch = 0;
     if (apriori_resolution(*downsampled_image, dots_per_inch)) return dots_per_inch * downsampling_rate;

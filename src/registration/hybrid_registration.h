@@ -8,6 +8,7 @@
 
 #include "common/basic_image.h"
 #include "morvane/morvane.h"
+#include "registration/feature_registration.h"
 #include "registration/projective_registration.h"
 #include "registration/registration_output_type.h"
 #include "textgeometry/geocoordinate.h"
@@ -137,9 +138,10 @@ public:
     // lacks, for a BGRA or UNKNOWN input and for an output of another kind.
     void obtain_binarized_corrected_image(const common::Image& input, common::Image& output);
 
-    // Dots per inch of the bound input: the working image's page analysis
-    // (text-picture separation), times the rate; 300 before the first run
-    // or when the analysis finds too little text.
+    // Dots per inch of the bound input, times the rate: from the text
+    // search's own page analysis when it made one, else from a text-picture
+    // separation of the working image; 300 before the first run or when the
+    // analysis finds too little text.
     int estimate_spatial_resolution();
     // Dots per inch of an image alone, no rate: a GRAY image, or the
     // luminance of an RGB one, by text-picture separation, any other by
@@ -160,7 +162,7 @@ public:
     bool owns_input_image;
     // Owned; made on the working image by the first run that needs it.
     geometric::ProjectiveRegistration* edge_registration;
-    geometric::ProjectiveRegistration* feature_registration;
+    FeatureRegistration* feature_registration;
     HybridMethod hybrid_method;
     // The caller's bytes, not owned.
     unsigned char* filling_color;

@@ -7,6 +7,7 @@
 #include "common/constants.h"
 #include "textgeometry/geoline_adaptive_least_square.h"
 #include "textgeometry/geoline_least_square.h"
+#include "vanishing/dual_plane_fit.h"
 #include "vanishing/general_line_param_estimator.h"
 #include "vanishing/ransac.h"
 #include "vanishing/rectification_candidate.h"
@@ -27,48 +28,21 @@ using Points = std::vector<Geocoordinate<double>>;
 
 double dual_scale(Direction direction) { return direction == VERTICAL_DIRECTION ? kVerticalDualScale : 1.0; }
 
-// The point (A / D, B / D) that all lines of a dual line A u + B v + D = 0 pass through.
-Geocoordinate<double> meeting_point(const GeolineBase& dual_line) {
-    return Geocoordinate<double>(dual_line.a / dual_line.c, dual_line.b / dual_line.c);
-}
-
 bool is_finite(const Geocoordinate<double>& p) { return std::isfinite(p.x) && std::isfinite(p.y); }
-
-Geocoordinate<double> plain_fit_point(const Points& duals) {
-    GeolineLeastSquare line;
-    line.fit(duals);
-    return meeting_point(line);
-}
 
 Geocoordinate<double> iterative_fit_point(const Points& duals) {
     GeolineAdaptiveLeastSquare line;
     line.use_pt_line_dis_iterative(duals, true, kIterativeTolerance);
-    return meeting_point(line);
+    return dual_meeting_point(line);
 }
 
-// The weighted fit of the inliers' dual points (u, v), their weights
-// normalised to sum 1: Mx = sum w u, My = sum w v, Muu = sum w u^2 in double,
-// Muv = sum (w u) v rounded to single precision after each addition;
-// var = Muu - Mx^2, the vertical form (1, 0, -Mx) when |var| is at most the
-// double epsilon, else a = (Muv - Mx My) / var, b = -1, c = My - Mx a.
+// The weighted fit of the inliers' dual points, each with its line's weight.
 Geocoordinate<double> weighted_fit_point(const Points& duals, const std::vector<double>& weights,
                                          const std::vector<int>& inliers) {
-    double total = 0.0;
-    for (int i : inliers) total += weights[i];
-    double mx = 0.0, my = 0.0, muu = 0.0;
-    float muv = 0.0f;
-    for (std::size_t k = 0; k < inliers.size(); ++k) {
-        const double w = weights[inliers[k]] / total;
-        const double u = duals[k].x, v = duals[k].y;
-        mx += w * u;
-        my += w * v;
-        muu += w * u * u;
-        muv = static_cast<float>(muv + (w * u) * v);
-    }
-    const double var = muu - mx * mx;
-    if (std::fabs(var) <= constants::kDoubleEpsilon) return meeting_point(GeolineBase(1.0, 0.0, -mx));
-    const double a = (muv - mx * my) / var;
-    return meeting_point(GeolineBase(a, -1.0, my - mx * a));
+    std::vector<double> inlier_weights;
+    inlier_weights.reserve(inliers.size());
+    for (int i : inliers) inlier_weights.push_back(weights[i]);
+    return weighted_dual_fit_point(duals, inlier_weights);
 }
 
 // Appends a candidate and, when it is finite, puts it in `point`: each
@@ -164,7 +138,7 @@ int VpointRansacSolver::perform_ransac_vpoint_searching(const std::vector<Geolin
     }
     // 5.
     Points candidates;
-    add_candidate(candidates, plain_fit_point(duals), point);
+    add_candidate(candidates, plain_dual_fit_point(duals), point);
     add_candidate(candidates, iterative_fit_point(duals), point);
     return choose_rectification_candidate(image_width, image_height, direction, candidates, lines_of(lines, inliers),
                                           point, kNoPreviousCandidate, false, maximum_error, kHorizontalReference);
@@ -183,7 +157,7 @@ int VpointRansacSolver::perform_ransac_vpoint_searching(const std::vector<Geolin
     if (direction == HORIZONTAL_DIRECTION && weights.size() < lines.size()) return VPOINT_NO_RESULT;
 
     Points candidates;
-    add_candidate(candidates, plain_fit_point(duals), point);
+    add_candidate(candidates, plain_dual_fit_point(duals), point);
     add_candidate(candidates, direction == HORIZONTAL_DIRECTION ? weighted_fit_point(duals, weights, inliers)
                                                                 : iterative_fit_point(duals),
                   point);

@@ -101,6 +101,9 @@ struct TextPageSpec {
     int joined_first = 0;
     int joined_count = 0;
     int joined_line_step = 1;
+    // A ragged right edge: line k of a column ends (3 k) % (ragged + 1)
+    // glyphs short of the column's right end. None when 0.
+    int ragged = 0;
     unsigned char paper = 220;
     unsigned char ink = 40;
     // A bold headline above the body: headline_glyphs glyphs headline_height
@@ -219,7 +222,8 @@ inline TextPage make_text_page(const TextPageSpec& spec) {
             std::vector<geometric::Geocoordinate<float>> baseline;
             const double column_left = spec.left + column * (column_width + spec.gutter);
             double l = column_left;
-            for (int k = 0; l + spec.glyph_width <= column_left + column_width; ++k) {
+            const double short_by = (3 * line) % (spec.ragged + 1) * (spec.glyph_width + spec.glyph_gap);
+            for (int k = 0; l + spec.glyph_width <= column_left + column_width - short_by; ++k) {
                 const int gap = (k + 1) % spec.glyphs_per_word == 0 ? spec.word_gap : spec.glyph_gap;
                 if (!near_photo(l, line_top)) {
                     std::vector<Rect> strokes =
