@@ -114,6 +114,9 @@ TEST(MarginLineCreator, PartnersComparedAndCoincidingMarginsMerged) {
     };
     std::vector<Points> unequal = rows(12, 100, 0.01, 800, 0.01);
     for (int i = 6; i < 12; ++i) unequal[i][1].x = 500.0f + 70.0f * i;  // right ends too far apart to group
+    // Two blocks; the first's left margin stands at the image's side.
+    std::vector<Points> blocks = rows(6, 5, 0.01, 800, 0.01), second = rows(6, 100, 0.01, 500, 0.5, 0);
+    blocks.insert(blocks.end(), second.begin(), second.end());
     struct Case {
         const char* what;
         std::vector<Points> text;
@@ -123,6 +126,8 @@ TEST(MarginLineCreator, PartnersComparedAndCoincidingMarginsMerged) {
         {"margins broken by a gap merge again", rows(12, 100, 0.02, 800, 0.02, 6), true, {12, 12}},
         {"a partner leaning 26 degrees more is dropped", rows(12, 100, 0.01, 800, 0.5), false, {12}},
         {"a partner under half as long fails the page", unequal, false, {}},
+        {"a refused margin leaves its partner unpaired", blocks, true, {6, 6}},
+        {"four text lines make no margin", rows(4, 100, 0.01, 800, 0.01), false, {}},
         {"margins under a fifth of the width apart fail", rows(8, 400, 0.01, 590, 0.01), false, {8, 8}},
         {"and a fifth apart pass", rows(8, 400, 0.01, 601, 0.01), true, {8, 8}},
         // The fit of x on y has a slope of exactly 0, the line turned back is infinite.
@@ -143,6 +148,14 @@ TEST(MarginLineCreator, PartnersComparedAndCoincidingMarginsMerged) {
         EXPECT_EQ(sizes, c.sizes);
         EXPECT_EQ(lines.size(), c.sizes.size());
     }
+    // A line end at exactly the grouping distance opens a group of its own;
+    // one within reach of two groups joins the first, not the nearest.
+    MarginConstraints limits;
+    limits.grouping_distance = 60.0f;
+    const MarginLineCreator creator(limits, 1000, 800, nullptr);
+    std::vector<Points> groups{{{0.0f, 0.0f}}};
+    EXPECT_EQ(creator.add_point_to_margin_group({60.0f, 0.0f}, groups), 1);
+    EXPECT_EQ(creator.add_point_to_margin_group({59.5f, 0.0f}, groups), 0);
 }
 
 // A right candidate that pairs anew takes its new partner's id; its former
