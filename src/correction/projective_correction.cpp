@@ -187,12 +187,11 @@ struct ColorLinearPairSampler : ColorLinearSampler {
         const __m256 one = _mm256_set1_ps(1.0f);
         const __m256 one_minus_f = _mm256_sub_ps(one, f), one_minus_g = _mm256_sub_ps(one, g);
         const __m256 low_byte = _mm256_castsi256_ps(_mm256_set1_epi32(0xff));
-        const __m256 top = _mm256_and_ps(interpolate(channels(first, second, 0), channels(first, second, 3),
-                                                     one_minus_f, f),
-                                         low_byte);
-        const __m256 bottom = _mm256_and_ps(interpolate(channels(first, second, row_size),
-                                                        channels(first, second, row_size + 3), one_minus_f, f),
-                                            low_byte);
+        __m256 left, right;
+        channels(first, second, 0, left, right);
+        const __m256 top = _mm256_and_ps(interpolate(left, right, one_minus_f, f), low_byte);
+        channels(first, second, row_size, left, right);
+        const __m256 bottom = _mm256_and_ps(interpolate(left, right, one_minus_f, f), low_byte);
         const __m256 value = interpolate(_mm256_cvtepi32_ps(_mm256_castps_si256(top)),
                                          _mm256_cvtepi32_ps(_mm256_castps_si256(bottom)), one_minus_g, g);
         const __m128i low = _mm256_castsi256_si128(_mm256_castps_si256(value));
@@ -213,9 +212,20 @@ private:
     __attribute__((target("avx"))) static __m256 both(__m128 low, __m128 high) {
         return _mm256_insertf128_ps(_mm256_castps128_ps256(low), high, 1);
     }
-    __attribute__((target("avx"))) static __m256 channels(const unsigned char* first, const unsigned char* second,
-                                                          int offset) {
-        return both(sampling_kernels::load_channels(first + offset), sampling_kernels::load_channels(second + offset));
+    // Channels 0 to 3 of the pixel at offset and of its right neighbour, the
+    // first pixel's low, as load_channels gives them: one 8-byte load a
+    // pixel and a line, which stays inside the line as the pixel lies at
+    // least three pixels from its right end.
+    __attribute__((target("avx"))) static void channels(const unsigned char* first, const unsigned char* second,
+                                                        int offset, __m256& left, __m256& right) {
+        const __m128i own = _mm_setr_epi8(0, -1, -1, -1, 1, -1, -1, -1, 2, -1, -1, -1, 3, -1, -1, -1);
+        const __m128i next = _mm_setr_epi8(3, -1, -1, -1, 4, -1, -1, -1, 5, -1, -1, -1, 6, -1, -1, -1);
+        const __m128i a = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(first + offset));
+        const __m128i b = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(second + offset));
+        left = _mm256_cvtepi32_ps(
+            _mm256_insertf128_si256(_mm256_castsi128_si256(_mm_shuffle_epi8(a, own)), _mm_shuffle_epi8(b, own), 1));
+        right = _mm256_cvtepi32_ps(
+            _mm256_insertf128_si256(_mm256_castsi128_si256(_mm_shuffle_epi8(a, next)), _mm_shuffle_epi8(b, next), 1));
     }
     // The integer result's bits, kept in a float register.
     __attribute__((target("avx"))) static __m256 interpolate(__m256 a, __m256 b, __m256 one_minus_f, __m256 f) {
