@@ -11,9 +11,17 @@
 
 #include "common/constants.h"
 #include "common/scratch_buffer.h"
+#include "correction/sampling_kernels.h"
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
+#endif
+// Where the compiler can build a function for a wider unit than the build's
+// own, the warp carries one and picks it when the processor has the unit.
+#if defined(__SSE2__) && defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__)) && \
+    !defined(MORVANE_PLAIN_WARP) && !defined(MORVANE_SSE2_WARP)
+#define MORVANE_AVX_WARP 1
+#include <immintrin.h>
 #endif
 
 namespace geometric {
@@ -92,15 +100,17 @@ struct WarpJob {
     int row_size;
     const ProjectiveWarpCoefficients& k;
     const Sampling::Sampler& sampler;
+    InterpolationType interpolation;
     double column_x, column_y, column_w;
     double row_x, row_y, row_w;
 
     WarpJob(const unsigned char* input_, unsigned char* output_, int input_width_, int input_height_,
             int output_width_, int output_height_, int bytes_per_pixel_, int row_size_,
-            const ProjectiveWarpCoefficients& k_, const Sampling::Sampler& sampler_)
+            const ProjectiveWarpCoefficients& k_, const Sampling::Sampler& sampler_,
+            InterpolationType interpolation_)
         : input(input_), output(output_), input_width(input_width_), input_height(input_height_),
           output_width(output_width_), output_height(output_height_), bytes_per_pixel(bytes_per_pixel_),
-          row_size(row_size_), k(k_), sampler(sampler_), column_x(k_.a / output_width_),
+          row_size(row_size_), k(k_), sampler(sampler_), interpolation(interpolation_), column_x(k_.a / output_width_),
           column_y(k_.d / output_width_), column_w(k_.g / output_width_), row_x(k_.b / output_height_),
           row_y(k_.e / output_height_), row_w(k_.h / output_height_) {}
 
@@ -115,6 +125,150 @@ struct WarpJob {
         return input + static_cast<ptrdiff_t>(yi) * row_size + static_cast<ptrdiff_t>(xi) * bytes<kBytes>();
     }
 };
+
+// The samplers as the loop calls them. The stored function serves every
+// method; the methods the frame picks for gray, colour and four-byte images
+// are inlined instead, the same kernels without the indirect call a pixel.
+// pair() samples two neighbouring output pixels, with the fractions
+// (fx, fy) of the first in lanes 0 and 1 and of the second in lanes 2 and 3.
+#if defined(__SSE2__)
+template <typename Single>
+struct OneByOne {
+    void pair(const unsigned char* first, const unsigned char* second, __m128 fractions, unsigned char* out,
+              int bytes) const {
+        const Single& single = static_cast<const Single&>(*this);
+        single(first, _mm_cvtss_f32(fractions), _mm_cvtss_f32(_mm_shuffle_ps(fractions, fractions, 1)), out);
+        single(second, _mm_cvtss_f32(_mm_shuffle_ps(fractions, fractions, 2)),
+               _mm_cvtss_f32(_mm_shuffle_ps(fractions, fractions, 3)), out + bytes);
+    }
+};
+#else
+template <typename Single>
+struct OneByOne {};
+#endif
+
+struct StoredSampler : OneByOne<StoredSampler> {
+    const Sampling::Sampler& sampler;
+    explicit StoredSampler(const WarpJob& job) : sampler(job.sampler) {}
+    void operator()(const unsigned char* source, float fx, float fy, unsigned char* out) const {
+        sampler(source, fx, fy, out);
+    }
+};
+
+template <int kBytes>
+struct LinearSampler : OneByOne<LinearSampler<kBytes>> {
+    int row_size;
+    explicit LinearSampler(const WarpJob& job) : row_size(job.row_size) {}
+    void operator()(const unsigned char* source, float fx, float fy, unsigned char* out) const {
+        sampling_kernels::linear_kernel(source, kBytes, row_size, fx, fy, out);
+    }
+};
+
+struct ColorLinearSampler : OneByOne<ColorLinearSampler> {
+    int row_size;
+    explicit ColorLinearSampler(const WarpJob& job) : row_size(job.row_size) {}
+    void operator()(const unsigned char* source, float fx, float fy, unsigned char* out) const {
+        sampling_kernels::color_linear_kernel(source, 3, row_size, fx, fy, out);
+    }
+};
+
+#if defined(MORVANE_AVX_WARP)
+// color_linear_kernel on two neighbouring output pixels in the eight lanes of
+// the wider unit: channels 0 to 3 of the first pixel low, of the second
+// high, the same single-precision operations lane by lane. The integer masks
+// are bit operations on the float registers, which this unit has.
+struct ColorLinearPairSampler : ColorLinearSampler {
+    explicit ColorLinearPairSampler(const WarpJob& job) : ColorLinearSampler(job) {}
+
+    __attribute__((target("avx"))) void pair(const unsigned char* first, const unsigned char* second,
+                                             __m128 fractions, unsigned char* out, int) const {
+        const __m256 f = both(_mm_shuffle_ps(fractions, fractions, 0), _mm_shuffle_ps(fractions, fractions, 0xaa));
+        const __m256 g = both(_mm_shuffle_ps(fractions, fractions, 0x55), _mm_shuffle_ps(fractions, fractions, 0xff));
+        const __m256 one = _mm256_set1_ps(1.0f);
+        const __m256 one_minus_f = _mm256_sub_ps(one, f), one_minus_g = _mm256_sub_ps(one, g);
+        const __m256 low_byte = _mm256_castsi256_ps(_mm256_set1_epi32(0xff));
+        __m256 left, right;
+        channels(first, second, 0, left, right);
+        const __m256 top = _mm256_and_ps(interpolate(left, right, one_minus_f, f), low_byte);
+        channels(first, second, row_size, left, right);
+        const __m256 bottom = _mm256_and_ps(interpolate(left, right, one_minus_f, f), low_byte);
+        const __m256 value = interpolate(_mm256_cvtepi32_ps(_mm256_castps_si256(top)),
+                                         _mm256_cvtepi32_ps(_mm256_castps_si256(bottom)), one_minus_g, g);
+        const __m128i low = _mm256_castsi256_si128(_mm256_castps_si256(value));
+        const __m128i high = _mm256_extractf128_si256(_mm256_castps_si256(value), 1);
+        // 0..255 in every lane, so the saturating packs keep the values.
+        const __m128i words = _mm_packs_epi32(low, high);
+        const __m128i bytes = _mm_packus_epi16(words, words);
+        const int first_pixel = _mm_cvtsi128_si32(bytes);
+        const int second_pixel = _mm_cvtsi128_si32(_mm_srli_si128(bytes, 4));
+        // The first store's fourth byte is the second pixel's first, written next.
+        std::memcpy(out, &first_pixel, 4);
+        out[3] = static_cast<unsigned char>(second_pixel);
+        out[4] = static_cast<unsigned char>(second_pixel >> 8);
+        out[5] = static_cast<unsigned char>(second_pixel >> 16);
+    }
+
+private:
+    __attribute__((target("avx"))) static __m256 both(__m128 low, __m128 high) {
+        return _mm256_insertf128_ps(_mm256_castps128_ps256(low), high, 1);
+    }
+    // Channels 0 to 3 of the pixel at offset and of its right neighbour, the
+    // first pixel's low, as load_channels gives them: one 8-byte load a
+    // pixel and a line, which stays inside the line as the pixel lies at
+    // least three pixels from its right end.
+    __attribute__((target("avx"))) static void channels(const unsigned char* first, const unsigned char* second,
+                                                        int offset, __m256& left, __m256& right) {
+        const __m128i own = _mm_setr_epi8(0, -1, -1, -1, 1, -1, -1, -1, 2, -1, -1, -1, 3, -1, -1, -1);
+        const __m128i next = _mm_setr_epi8(3, -1, -1, -1, 4, -1, -1, -1, 5, -1, -1, -1, 6, -1, -1, -1);
+        const __m128i a = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(first + offset));
+        const __m128i b = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(second + offset));
+        left = _mm256_cvtepi32_ps(
+            _mm256_insertf128_si256(_mm256_castsi128_si256(_mm_shuffle_epi8(a, own)), _mm_shuffle_epi8(b, own), 1));
+        right = _mm256_cvtepi32_ps(
+            _mm256_insertf128_si256(_mm256_castsi128_si256(_mm_shuffle_epi8(a, next)), _mm_shuffle_epi8(b, next), 1));
+    }
+    // The integer result's bits, kept in a float register.
+    __attribute__((target("avx"))) static __m256 interpolate(__m256 a, __m256 b, __m256 one_minus_f, __m256 f) {
+        return _mm256_castsi256_ps(
+            _mm256_cvttps_epi32(_mm256_add_ps(_mm256_mul_ps(one_minus_f, a), _mm256_mul_ps(f, b))));
+    }
+};
+#endif
+
+#if defined(__SSE2__)
+// Gray bilinear pairs in one register: the four row steps of the two pixels
+// (upper and lower row of each) lane by lane, then the two vertical steps,
+// with the single-precision operations of linear_kernel in its order, so
+// every lane has the scalar bits.
+struct GrayLinearSampler : LinearSampler<1> {
+    explicit GrayLinearSampler(const WarpJob& job) : LinearSampler<1>(job) {}
+
+    void pair(const unsigned char* first, const unsigned char* second, __m128 fractions, unsigned char* out,
+              int) const {
+        const __m128i low_byte = _mm_set1_epi32(0xff);
+        // Lanes: upper row of the first pixel, its lower row, the same of the
+        // second; each the pixel (low byte) and its right neighbour.
+        const __m128i pairs = _mm_setr_epi32(two_bytes(first), two_bytes(first + row_size), two_bytes(second),
+                                             two_bytes(second + row_size));
+        const __m128 f = _mm_shuffle_ps(fractions, fractions, _MM_SHUFFLE(2, 2, 0, 0));
+        const __m128 one = _mm_set1_ps(1.0f);
+        const __m128i rows = _mm_and_si128(
+            sampling_kernels::interpolate_lanes(_mm_cvtepi32_ps(_mm_and_si128(pairs, low_byte)),
+                                                _mm_cvtepi32_ps(_mm_srli_epi32(pairs, 8)), _mm_sub_ps(one, f), f),
+            low_byte);
+        const __m128 row_values = _mm_cvtepi32_ps(rows);
+        const __m128 upper = _mm_shuffle_ps(row_values, row_values, _MM_SHUFFLE(2, 0, 2, 0));
+        const __m128 lower = _mm_shuffle_ps(row_values, row_values, _MM_SHUFFLE(3, 1, 3, 1));
+        const __m128 g = _mm_shuffle_ps(fractions, fractions, _MM_SHUFFLE(3, 1, 3, 1));
+        const __m128i value = sampling_kernels::interpolate_lanes(upper, lower, _mm_sub_ps(one, g), g);
+        out[0] = static_cast<unsigned char>(_mm_cvtsi128_si32(value));
+        out[1] = static_cast<unsigned char>(_mm_cvtsi128_si32(_mm_shuffle_epi32(value, 1)));
+    }
+
+private:
+    static int two_bytes(const unsigned char* p) { return p[0] | (p[1] << 8); }
+};
+#endif
 
 // Output pixels outside the sampled interior: inside the image a copy of the
 // pixel at the floors, beyond it the fill colour, computed where first
@@ -189,10 +343,11 @@ void warp_rows(ProjectiveCorrection& correction, const WarpJob& job) {
 #if defined(__SSE2__)
 // warp_rows with x and y travelling together in one register: the same
 // additions, divisions and tests, lane by lane, so the same bits.
-template <int kBytes, bool kParallelogram>
+template <int kBytes, bool kParallelogram, typename Sampler>
 void warp_rows_sse2(ProjectiveCorrection& correction, const WarpJob& job) {
     const int bytes = job.bytes<kBytes>();
     BorderOrFill<kBytes> border_or_fill(correction, job);
+    Sampler sample(job);
     const __m128d column_step = _mm_set_pd(job.column_y, job.column_x);
     const __m128d row_step = _mm_set_pd(job.row_y, job.row_x);
     const __m128d inner_low = _mm_set1_pd(1.0);
@@ -218,8 +373,7 @@ void warp_rows_sse2(ProjectiveCorrection& correction, const WarpJob& job) {
                 const unsigned char* source =
                     job.source<kBytes>(_mm_cvtsi128_si32(floors), _mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 1)));
                 prefetch(source, ahead, job.row_size);
-                job.sampler(source, _mm_cvtss_f32(fractions), _mm_cvtss_f32(_mm_shuffle_ps(fractions, fractions, 1)),
-                            out);
+                sample(source, _mm_cvtss_f32(fractions), _mm_cvtss_f32(_mm_shuffle_ps(fractions, fractions, 1)), out);
             } else {
                 const bool inside =
                     _mm_movemask_pd(_mm_and_pd(_mm_cmpge_pd(p, outer_low), _mm_cmplt_pd(p, outer_high))) == 3;
@@ -232,18 +386,137 @@ void warp_rows_sse2(ProjectiveCorrection& correction, const WarpJob& job) {
         base_w += job.row_w;
     }
 }
+
+#if defined(MORVANE_AVX_WARP)
+// warp_rows_sse2 two pixels at a time: the numerators and the denominator
+// travel in one register, (x, y, w, 0), and take the same column steps as
+// before, one addition a pixel; the two pixels' divisions are made in one
+// instruction. Lane by lane the same operations, so the same bits. Built
+// without fused multiply-add, which the unit would otherwise allow.
+template <int kBytes, bool kParallelogram, typename Sampler>
+__attribute__((target("avx"))) void warp_rows_avx(ProjectiveCorrection& correction, const WarpJob& job) {
+    const int bytes = job.bytes<kBytes>();
+    BorderOrFill<kBytes> border_or_fill(correction, job);
+    Sampler sample(job);
+    const __m256d column_step = _mm256_set_pd(0.0, job.column_w, job.column_y, job.column_x);
+    const __m256d row_step = _mm256_set_pd(0.0, job.row_w, job.row_y, job.row_x);
+    const __m256d inner_low = _mm256_set1_pd(1.0);
+    const double inner_right = job.input_width - 2, inner_bottom = job.input_height - 2;
+    const __m256d inner_high = _mm256_set_pd(inner_bottom, inner_right, inner_bottom, inner_right);
+    const __m128d outer_low = _mm_setzero_pd();
+    const __m128d outer_high = _mm_set_pd(job.input_height, job.input_width);
+    // One pixel that is not sampled inside: a copy or the fill colour.
+    auto border = [&](__m128d p, unsigned char* target) {
+        const bool inside =
+            _mm_movemask_pd(_mm_and_pd(_mm_cmpge_pd(p, outer_low), _mm_cmplt_pd(p, outer_high))) == 3;
+        const __m128i floors = inside ? _mm_cvttpd_epi32(p) : _mm_setzero_si128();
+        border_or_fill(inside, _mm_cvtsi128_si32(floors), _mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 1)), target);
+    };
+    unsigned char* out = job.output;
+    __m256d base = _mm256_set_pd(0.0, 1.0, job.k.y0, job.k.x0);
+    for (int v = 0; v < job.output_height; ++v) {
+        alignas(32) double start[4];
+        _mm256_store_pd(start, base);
+        const ptrdiff_t ahead = prefetch_offset(start[0], start[1], start[2], job.column_x, job.column_y,
+                                                job.column_w, bytes, job.row_size);
+        __m256d n = base;
+        for (int u = 0; u < job.output_width; u += 2) {
+            const __m256d first = n, second = _mm256_add_pd(first, column_step);
+            n = _mm256_add_pd(second, column_step);
+            const __m256d numerators = _mm256_permute2f128_pd(first, second, 0x20);
+            // In a parallelogram w stays exactly 1, and a division by 1 changes nothing.
+            const __m256d p = kParallelogram
+                                  ? numerators
+                                  : _mm256_div_pd(numerators,
+                                                  _mm256_movedup_pd(_mm256_permute2f128_pd(first, second, 0x31)));
+            const int inner = _mm256_movemask_pd(
+                _mm256_and_pd(_mm256_cmp_pd(p, inner_low, _CMP_GE_OQ), _mm256_cmp_pd(p, inner_high, _CMP_LT_OQ)));
+            const __m128i floors = _mm256_cvttpd_epi32(p);
+            const __m128 fractions = _mm256_cvtpd_ps(_mm256_sub_pd(p, _mm256_cvtepi32_pd(floors)));
+            const bool pair = u + 1 < job.output_width;
+            if (inner == 15 && pair) {
+                const unsigned char* first =
+                    job.source<kBytes>(_mm_cvtsi128_si32(floors), _mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 1)));
+                prefetch(first, ahead, job.row_size);
+                sample.pair(first,
+                            job.source<kBytes>(_mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 2)),
+                                               _mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 3))),
+                            fractions, out, bytes);
+                out += 2 * bytes;
+                continue;
+            }
+            if ((inner & 3) == 3) {
+                const unsigned char* source =
+                    job.source<kBytes>(_mm_cvtsi128_si32(floors), _mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 1)));
+                prefetch(source, ahead, job.row_size);
+                sample(source, _mm_cvtss_f32(fractions), _mm_cvtss_f32(_mm_shuffle_ps(fractions, fractions, 1)),
+                       out);
+            } else {
+                border(_mm256_castpd256_pd128(p), out);
+            }
+            out += bytes;
+            if (!pair) break;
+            if ((inner & 12) == 12) {
+                sample(job.source<kBytes>(_mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 2)), _mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 3))),
+                       _mm_cvtss_f32(_mm_shuffle_ps(fractions, fractions, 2)),
+                       _mm_cvtss_f32(_mm_shuffle_ps(fractions, fractions, 3)), out);
+            } else {
+                border(_mm256_extractf128_pd(p, 1), out);
+            }
+            out += bytes;
+        }
+        base = _mm256_add_pd(base, row_step);
+    }
+}
 #endif
 
-// The form this build runs: the vector one where the unit is there, unless
-// MORVANE_PLAIN_WARP asks for the plain one, which the tests build too.
+template <int kBytes, typename Sampler, typename WideSampler = Sampler>
+void warp_sse2_with_sampler(ProjectiveCorrection& correction, const WarpJob& job) {
+#if defined(MORVANE_AVX_WARP)
+    if (__builtin_cpu_supports("avx")) {
+        if (job.k.parallelogram) {
+            warp_rows_avx<kBytes, true, WideSampler>(correction, job);
+        } else {
+            warp_rows_avx<kBytes, false, WideSampler>(correction, job);
+        }
+        return;
+    }
+#endif
+    if (job.k.parallelogram) {
+        warp_rows_sse2<kBytes, true, Sampler>(correction, job);
+    } else {
+        warp_rows_sse2<kBytes, false, Sampler>(correction, job);
+    }
+}
+
+// The inlined sampler where the method and the pixel size are those the
+// frame gives gray, RGB and BGRA images; the stored function otherwise.
+template <int kBytes>
+void warp_sse2(ProjectiveCorrection& correction, const WarpJob& job) {
+    if (kBytes == 1 && job.interpolation == INTERPOLATION_LINEAR) {
+        warp_sse2_with_sampler<kBytes, GrayLinearSampler>(correction, job);
+    } else if (kBytes == 3 && job.interpolation == INTERPOLATION_COLOR_LINEAR) {
+#if defined(MORVANE_AVX_WARP)
+        warp_sse2_with_sampler<kBytes, ColorLinearSampler, ColorLinearPairSampler>(correction, job);
+#else
+        warp_sse2_with_sampler<kBytes, ColorLinearSampler>(correction, job);
+#endif
+    } else if (kBytes == 4 && job.interpolation == INTERPOLATION_LINEAR) {
+        warp_sse2_with_sampler<kBytes, LinearSampler<4>>(correction, job);
+    } else {
+        warp_sse2_with_sampler<kBytes, StoredSampler>(correction, job);
+    }
+}
+#endif
+
+// The form this build runs: the vector one where the unit is there (the
+// wider one where the processor has it), unless MORVANE_PLAIN_WARP or
+// MORVANE_SSE2_WARP asks for the plain or the narrower one, which the tests
+// build too.
 template <int kBytes>
 void warp_with_pixel_size(ProjectiveCorrection& correction, const WarpJob& job) {
 #if defined(__SSE2__) && !defined(MORVANE_PLAIN_WARP)
-    if (job.k.parallelogram) {
-        warp_rows_sse2<kBytes, true>(correction, job);
-    } else {
-        warp_rows_sse2<kBytes, false>(correction, job);
-    }
+    warp_sse2<kBytes>(correction, job);
 #else
     if (job.k.parallelogram) {
         warp_rows<kBytes, true>(correction, job);
@@ -359,7 +632,8 @@ void ProjectiveCorrection::perspective_transformation_general(const unsigned cha
     const Sampling sampling(output->get_image_type(), input_width, para.interpolation);
     const ProjectiveWarpCoefficients k = calculate_warp_coefficients(corners);
     const WarpJob job(input_data, output_data, input_width, input_height, output_width, output_height,
-                      sampling.get_bytes_per_pixel(), sampling.get_row_size(), k, sampling.get_sampler());
+                      sampling.get_bytes_per_pixel(), sampling.get_row_size(), k, sampling.get_sampler(),
+                      para.interpolation);
     switch (job.bytes_per_pixel) {
         case 1: warp_with_pixel_size<1>(*this, job); break;
         case 3: warp_with_pixel_size<3>(*this, job); break;

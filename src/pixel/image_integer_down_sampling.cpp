@@ -9,7 +9,14 @@
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
+// The luminance of RGB lines takes a byte shuffle where the processor has one.
+#if defined(__SSE2__) && defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__)) && \
+    !defined(MORVANE_PLAIN_LUMINANCE)
+#define MORVANE_SSSE3_LUMINANCE 1
+#include <tmmintrin.h>
+#endif
 
+#include "common/constants.h"
 #include "pixel/block_mean_divisor.h"
 
 namespace geometric {
@@ -18,6 +25,7 @@ namespace {
 
 const char* const kNotGray = "down-sampling is defined for GRAY images only";
 const char* const kBadRate = "down-sampling rate must be at least 1";
+const char* const kNotRgb = "down-sampling with luminance is defined for RGB images only";
 
 // Rows of an image follow each other without a gap, so the first row and the
 // row size reach every pixel even after the image object has been reshaped.
@@ -35,6 +43,55 @@ GraySource gray_source_of(const common::Image& input, int n) {
     const int height = input.get_height();
     return GraySource{height > 0 ? input.get_line_pointer(0) : nullptr, input.get_row_size(), input.get_width(),
                       height};
+}
+
+// The gray value of each of the width RGB pixels at rgb, from x = from on.
+void luminance_row_plain(const unsigned char* rgb, unsigned char* gray, int from, int width) {
+    for (int x = from; x < width; ++x)
+        gray[x] = static_cast<unsigned char>(constants::luminance(rgb[3 * x], rgb[3 * x + 1], rgb[3 * x + 2]));
+}
+
+#if defined(MORVANE_SSSE3_LUMINANCE)
+// luminance_row_plain eight pixels a step; returns the pixels done. The
+// weighted sums are exact in 32 bits. The division by 1000 is made as
+// floor(floor(sum / 8) / 125), which is the same for positive integers; the
+// second through a 16-bit multiplication: with m = 33555, y m / 2^22 exceeds
+// y / 125 by less than 0.0045 for every y <= 31875 (= 255000 / 8), less than
+// the 1/125 that any remainder leaves to the next integer, so the floors agree.
+__attribute__((target("ssse3"))) int luminance_row_ssse3(const unsigned char* rgb, unsigned char* gray, int width) {
+    const __m128i red_green = _mm_setr_epi8(0, -1, 1, -1, 3, -1, 4, -1, 6, -1, 7, -1, 9, -1, 10, -1);
+    const __m128i blue = _mm_setr_epi8(2, -1, -1, -1, 5, -1, -1, -1, 8, -1, -1, -1, 11, -1, -1, -1);
+    const __m128i red_green_weights = _mm_setr_epi16(constants::kLuminanceWeights[0], constants::kLuminanceWeights[1],
+                                                     constants::kLuminanceWeights[0], constants::kLuminanceWeights[1],
+                                                     constants::kLuminanceWeights[0], constants::kLuminanceWeights[1],
+                                                     constants::kLuminanceWeights[0], constants::kLuminanceWeights[1]);
+    const __m128i blue_weights = _mm_set1_epi32(constants::kLuminanceWeights[2]);
+    const __m128i reciprocal = _mm_set1_epi16(static_cast<short>(33555));
+    int x = 0;
+    // The second load of a step reaches 4 bytes past its 8 pixels.
+    for (; 3 * x + 28 <= 3 * width; x += 8) {
+        const __m128i first = _mm_loadu_si128(reinterpret_cast<const __m128i*>(rgb + 3 * x));
+        const __m128i second = _mm_loadu_si128(reinterpret_cast<const __m128i*>(rgb + 3 * x + 12));
+        const __m128i sums_first =
+            _mm_add_epi32(_mm_madd_epi16(_mm_shuffle_epi8(first, red_green), red_green_weights),
+                          _mm_madd_epi16(_mm_shuffle_epi8(first, blue), blue_weights));
+        const __m128i sums_second =
+            _mm_add_epi32(_mm_madd_epi16(_mm_shuffle_epi8(second, red_green), red_green_weights),
+                          _mm_madd_epi16(_mm_shuffle_epi8(second, blue), blue_weights));
+        const __m128i eighths = _mm_packs_epi32(_mm_srli_epi32(sums_first, 3), _mm_srli_epi32(sums_second, 3));
+        const __m128i values = _mm_srli_epi16(_mm_mulhi_epu16(eighths, reciprocal), 6);
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(gray + x), _mm_packus_epi16(values, values));
+    }
+    return x;
+}
+#endif
+
+void luminance_row(const unsigned char* rgb, unsigned char* gray, int width) {
+    int x = 0;
+#if defined(MORVANE_SSSE3_LUMINANCE)
+    if (__builtin_cpu_supports("ssse3")) x = luminance_row_ssse3(rgb, gray, width);
+#endif
+    luminance_row_plain(rgb, gray, x, width);
 }
 
 // sums[x] += row[x] over the first width columns.
@@ -57,17 +114,18 @@ void add_row_to_column_sums(const unsigned char* row, uint32_t* sums, int width)
     for (int x = 0; x < width; ++x) sums[x] += row[x];
 }
 
-// Column sums over the n lines of one block line, then n columns a block.
-// Acc is 16 bits wide while n * 255 fits, so that eight columns share a register.
-template <typename Acc>
-void combine_block_lines(const GraySource& source, unsigned char* out, int out_width, int out_height, int n) {
+// Column sums over the n lines of one block line, then n columns a block;
+// gray_row(y) gives the gray bytes of line y. Acc is 16 bits wide while
+// n * 255 fits, so that eight columns share a register.
+template <typename Acc, typename GrayRow>
+void combine_block_lines(GrayRow gray_row, unsigned char* out, int out_width, int out_height, int n) {
     const int used_width = out_width * n;
     const BlockMeanDivisor divisor(n);
     std::vector<Acc> column_sums(static_cast<size_t>(used_width));
     Acc* sums = column_sums.data();
     for (int by = 0; by < out_height; ++by) {
         std::fill(column_sums.begin(), column_sums.end(), Acc(0));
-        for (int line = 0; line < n; ++line) add_row_to_column_sums(source.row(by * n + line), sums, used_width);
+        for (int line = 0; line < n; ++line) add_row_to_column_sums(gray_row(by * n + line), sums, used_width);
         unsigned char* target = out + static_cast<size_t>(by) * out_width;
         for (int bx = 0; bx < out_width; ++bx) {
             const Acc* block = sums + static_cast<size_t>(bx) * n;
@@ -204,10 +262,34 @@ void ImageIntegerDownSampling::DownSamplingCombined(const common::Image& input, 
     const int out_width = source.width / n;
     const int out_height = source.height / n;
     common::BasicImage result(out_height, out_width, common::GRAY, 300, 300);
+    const auto gray_row = [&source](int y) { return source.row(y); };
     if (n <= 257)  // n * 255 still fits 16 bits
-        combine_block_lines<uint16_t>(source, result.get_data(), out_width, out_height, n);
+        combine_block_lines<uint16_t>(gray_row, result.get_data(), out_width, out_height, n);
     else
-        combine_block_lines<uint32_t>(source, result.get_data(), out_width, out_height, n);
+        combine_block_lines<uint32_t>(gray_row, result.get_data(), out_width, out_height, n);
+    output.swap(result);
+}
+
+void ImageIntegerDownSampling::DownSamplingCombinedLuminance(const common::Image& input, common::BasicImage& output,
+                                                             int n) {
+    if (input.get_image_type() != common::RGB) throw kNotRgb;
+    if (n < 1) throw kBadRate;
+    const int out_width = input.get_width() / n;
+    const int out_height = input.get_height() / n;
+    const int used_width = out_width * n;
+    const unsigned char* base = input.get_height() > 0 ? input.get_line_pointer(0) : nullptr;
+    const size_t row_size = static_cast<size_t>(input.get_row_size());
+    // One line of gray at a time, converted just before it is summed.
+    std::vector<unsigned char> line(static_cast<size_t>(used_width));
+    const auto gray_row = [&](int y) {
+        luminance_row(base + static_cast<size_t>(y) * row_size, line.data(), used_width);
+        return static_cast<const unsigned char*>(line.data());
+    };
+    common::BasicImage result(out_height, out_width, common::GRAY, 300, 300);
+    if (n <= 257)
+        combine_block_lines<uint16_t>(gray_row, result.get_data(), out_width, out_height, n);
+    else
+        combine_block_lines<uint32_t>(gray_row, result.get_data(), out_width, out_height, n);
     output.swap(result);
 }
 

@@ -29,6 +29,11 @@ public:
     // sums over each block line. The last three forms build a fresh image at
     // 300 dots per inch and swap it in, so output may be input itself.
     static void DownSamplingCombined(const common::Image& input, common::BasicImage& output, int n);
+    // DownSamplingCombined of the luminance image of an RGB input (any other
+    // type throws), in one pass: each line is turned gray just before it is
+    // summed, so that no gray copy of the whole input is made. The bytes are
+    // those of create_gray_from_rgb_luminance followed by DownSamplingCombined.
+    static void DownSamplingCombinedLuminance(const common::Image& input, common::BasicImage& output, int n);
 
     // Lays a gray image of width by height over the image's buffer as it is:
     // width, row size = width, height and byte count change, nothing else.

@@ -210,9 +210,16 @@ void HybridRegistration::make_working_image() {
     if (type != common::GRAY && type != common::RGB && type != common::BINARY) throw kUnknownToGray;
     obtain_downsampling_rate();
 
-    // The gray copy is built straight from the input (the same bytes as a deep
-    // copy converted in place); a gray input that is down-sampled needs none.
+    // An RGB input that is down-sampled is turned gray line by line within
+    // the reduction; otherwise the gray copy is built straight from the input
+    // (the same bytes as a deep copy converted in place); a gray input that is
+    // down-sampled needs none.
     std::unique_ptr<common::BasicImage> working(new common::BasicImage());
+    if (type == common::RGB && downsampling_rate >= 2) {
+        geometric::ImageIntegerDownSampling::DownSamplingCombinedLuminance(*input_image, *working, downsampling_rate);
+        downsampled_image = working.release();
+        return;
+    }
     common::BasicImage converted;
     const common::BasicImage* gray = input_image;
     if (type == common::RGB) {
