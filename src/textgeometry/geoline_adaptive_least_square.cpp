@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "common/constants.h"
+#include "common/int_truncation.h"
 #include "textgeometry/geoline_least_square.h"
 
 namespace geometric {
@@ -18,12 +19,7 @@ constexpr double kWeightCutoff = -100.0;
 constexpr double kExponentScale = 1512775.0;    // 2^20 / ln 2
 constexpr double kExponentOffset = 1072632447.0;  // 1023 * 2^20 - 60801: evens out the error
 
-// Truncation toward zero as the processor does it: a value outside the 32-bit
-// range, or not a number, gives the smallest int rather than undefined behaviour.
-std::int32_t truncate_to_int32(double v) {
-    if (v > -2147483649.0 && v < 2147483648.0) return static_cast<std::int32_t>(v);
-    return std::numeric_limits<std::int32_t>::min();
-}
+using common::truncate_to_int32;
 
 template <typename T>
 void distances_to(const GeolineBase& line, const std::vector<Geocoordinate<T>>& points,

@@ -56,7 +56,7 @@ public:
 
     EignpointsMergerConstraints constraints;
     Pageanalysis* analysis;
-    // The text's extreme points, noted in step 3 from the groups' ends:
+    // The text's extreme points, noted from the groups' ends while merging:
     // top and bottom, the first left end of smallest (largest) y, replaced by
     // the first right end of smaller (larger) y, strictly; leftmost the
     // first left end of smallest x; rightmost the first right end of

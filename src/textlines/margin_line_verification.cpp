@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "common/int_truncation.h"
 #include "edgelines/line_weightor.h"
 #include "edgelines/merge_point_groups.h"
 #include "textgeometry/geoline_adaptive_least_square.h"
@@ -31,12 +32,7 @@ constexpr std::size_t kFramedMinimumPoints = 7;
 constexpr float kBalancedCountShare = 0.5f;
 constexpr float kLengthRatioStep = 0.1f;
 
-// Truncation toward zero as the processor does it: not a number, or a value
-// outside the int range, gives the smallest int rather than undefined behaviour.
-std::int32_t truncate_to_int32(float v) {
-    if (v > -2147483649.0f && v < 2147483648.0f) return static_cast<std::int32_t>(v);
-    return std::numeric_limits<std::int32_t>::min();
-}
+using common::truncate_to_int32;
 
 // Each distance loses its fraction as it is added: the sum is an int.
 std::int32_t truncated_distance_sum(const GeolineBase& line, const std::vector<Geocoordinate<float>>& points) {

@@ -11,14 +11,8 @@
 namespace geometric_test {
 namespace {
 
-typedef std::vector<geometric::Geocoordinate<float>> Corners;
-
-double worst_corner_error(const Corners& found, const support::Quad& page) {
-    double worst = 0.0;
-    for (std::size_t k = 0; k < 4; ++k)
-        worst = std::max(worst, std::hypot(found[k].x - page[k].x, found[k].y - page[k].y));
-    return worst;
-}
+using support::Corners;
+using support::worst_corner_error;
 
 // Upright, tilted by a projective distortion, and touching the bottom or the
 // left border of the image: the staged search finds the page to within a

@@ -14,14 +14,8 @@
 namespace geometric_test {
 namespace {
 
-typedef std::vector<geometric::Geocoordinate<float>> Corners;
-
-double worst_corner_error(const Corners& found, const support::Quad& page) {
-    double worst = 0.0;
-    for (std::size_t k = 0; k < 4; ++k)
-        worst = std::max(worst, std::hypot(found[k].x - page[k].x, found[k].y - page[k].y));
-    return worst;
-}
+using support::Corners;
+using support::worst_corner_error;
 
 // An earlier stage found three sides of the page and missed one: the stage
 // offers the missing side's family, longest first (the opposite side is the

@@ -3,6 +3,8 @@
 #ifndef MORVANE_TESTS_SUPPORT_IMAGES_H
 #define MORVANE_TESTS_SUPPORT_IMAGES_H
 
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -99,6 +101,14 @@ inline Corners corners(float x0, float y0, float x1, float y1, float x2, float y
 inline Corners own_corners(int width, int height) {
     const float r = static_cast<float>(width - 1), b = static_cast<float>(height - 1);
     return corners(0, 0, r, 0, r, b, 0, b);
+}
+
+// The largest distance between a found corner and the page's true one.
+inline double worst_corner_error(const Corners& found, const Quad& page) {
+    double worst = 0.0;
+    for (std::size_t k = 0; k < 4; ++k)
+        worst = std::max(worst, std::hypot(found[k].x - page[k].x, found[k].y - page[k].y));
+    return worst;
 }
 
 }  // namespace support
