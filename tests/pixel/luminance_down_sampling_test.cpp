@@ -2,8 +2,6 @@
 // a gray copy of the whole photo, then the block means.
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include "pixel/image_integer_down_sampling.h"
 #include "support/images.h"
 
@@ -26,8 +24,8 @@ TEST(LuminanceDownSampling, MatchesGrayCopyThenBlockMeans) {
         ImageIntegerDownSampling::DownSamplingCombinedLuminance(rgb, fused, c.rate);
         ASSERT_EQ(fused.get_width(), expected.get_width()) << c.width << " by " << c.rate;
         ASSERT_EQ(fused.get_height(), expected.get_height()) << c.height << " by " << c.rate;
-        EXPECT_EQ(0, std::memcmp(fused.get_data(), expected.get_data(),
-                                 static_cast<size_t>(expected.get_width()) * expected.get_height()))
+        // (2 rows at rate 3 give an empty image, whose data is null.)
+        EXPECT_EQ(support::bytes_of(fused), support::bytes_of(expected))
             << c.width << " x " << c.height << " by " << c.rate;
     }
 }
