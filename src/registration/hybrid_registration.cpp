@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "binarization/sauvola_binarization.h"
+#include "common/int_truncation.h"
 #include "common/image_c_api_transformer.h"
 #include "cornersearch/corner_examiner.h"
 #include "correction/projective_correction.h"
@@ -302,9 +303,12 @@ void HybridRegistration::obtain_internal_corners() {
 void HybridRegistration::obtain_four_corners(ControlPointCorners& out) {
     obtain_internal_corners();
     if (corners.size() < 4) return;
+    // A corner beyond the int range (sides drawn through a far vanishing
+    // point) gives the smallest int, as the processor's conversion does,
+    // rather than undefined behaviour.
     for (int i = 0; i < 4; ++i) {
-        out.x[i] = static_cast<int>(std::floor(corners[i].x + 0.5));
-        out.y[i] = static_cast<int>(std::floor(corners[i].y + 0.5));
+        out.x[i] = common::truncate_to_int32(std::floor(corners[i].x + 0.5));
+        out.y[i] = common::truncate_to_int32(std::floor(corners[i].y + 0.5));
     }
 }
 

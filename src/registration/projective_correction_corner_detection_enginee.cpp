@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "common/basic_image.h"
+#include "common/int_truncation.h"
 #include "cornersearch/bounding_edge_registration.h"
 #include "registration/hybrid_registration.h"
 
@@ -13,7 +14,10 @@ namespace geometric_test {
 namespace {
 
 // Halves up, in double as the corrector rounds, so that 0.49999997 stays 0.
-int rounded(float value) { return static_cast<int>(std::floor(static_cast<double>(value) + 0.5)); }
+// A corner beyond the int range (the crossing of two nearly parallel sides),
+// or not a number, gives the smallest int, as the processor's conversion
+// does, rather than undefined behaviour.
+int rounded(float value) { return common::truncate_to_int32(std::floor(static_cast<double>(value) + 0.5)); }
 
 }  // namespace
 

@@ -2,8 +2,10 @@
 // wrong and must keep working.
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <vector>
 
+#include "../../fuzz/fuzz_input.h"
 #include "morvane/morvane.h"
 
 // A 1-bit page 150 pixels wide (20 bytes a row, padding bits 150 to 159)
@@ -45,4 +47,43 @@ TEST(FuzzFindings, InkToTheLastColumnOfA1BitPageLabelsInsideTheArray) {
         for (int g = 0; g < guard; ++g) EXPECT_EQ(labels[framed + g], -7) << "border " << border;
         EXPECT_EQ(bits, before);  // the caller's buffer is only read
     }
+}
+
+// A small noisy page of strokes on which corner search method 3 (edges, then
+// the binarization, Hough lines and the strict corner check) drew two nearly
+// parallel sides: their crossing lies beyond the int range, and its conversion
+// to an int corner was undefined. The input is the fuzz target's own, read by
+// its own reader; the corners are now defined, the far ones the smallest int.
+TEST(FuzzFindings, CornersBeyondTheIntRangeAreDefined) {
+    const unsigned char input[] = {
+        0x02, 0x27, 0x00, 0x1d, 0x00, 0x5a, 0x1e, 0x33, 0x29, 0xe1, 0x9d, 0x01, 0x1b, 0x00, 0xc8, 0x00, 0x38, 0x00,
+        0x11, 0x00, 0x36, 0x00, 0x28, 0x00, 0x19, 0x00, 0x2a, 0x00, 0xe6, 0xe1, 0xd2, 0x09, 0x0a, 0x00, 0x07, 0x00,
+        0x1a, 0x00, 0xc3, 0x07, 0x00, 0x1e, 0x00, 0x0a, 0x00, 0x09, 0x00, 0x15, 0x00, 0x09, 0x00, 0x00, 0x01, 0x0a,
+        0x00, 0x0a, 0x00, 0x1a, 0x00, 0x0a, 0x00, 0x1e, 0x01, 0x0a, 0x00, 0x0c, 0x00, 0x1a, 0x00, 0x0c, 0x00, 0x00,
+        0x01, 0x0a, 0x00, 0x0e, 0x00, 0x16, 0x00, 0x0e, 0x00, 0x1e, 0x00, 0x0a, 0x00, 0x0f, 0x00, 0x17, 0x00, 0x0f,
+        0x00, 0x1e, 0x02, 0x0a, 0x00, 0x11, 0x00, 0x17, 0x00, 0x11, 0x00, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43,
+        0x43, 0x43, 0x43, 0x2e, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43,
+        0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43, 0x43,
+        0x43, 0x43, 0x00, 0x14, 0x00, 0x1b, 0x00, 0x14, 0x00, 0x1e, 0x01, 0x01, 0x00, 0xbc, 0xff, 0x9a, 0x01, 0x00,
+        0x00, 0x00, 0x00};
+    fuzz::Reader in(input, sizeof input);
+    fuzz::Page page = fuzz::read_page(in);
+    const int method = in.u8() % 8;
+    const uint8_t setters = in.u8();
+    const float area = in.unit(-0.5f, 1.5f), angle = in.unit(0.0f, 120.0f), share = in.unit(-0.5f, 1.5f);
+    in.u8();  // the target's choice of a second run
+    fuzz::finish_page(in, page);
+    ASSERT_EQ(method, 3);
+    const ImageCApi image = page.record();
+    void* engine = create_corner_search_enginee(method);
+    if (setters & 1) set_corner_detection_minimum_quadrilateral_area(engine, area);
+    if (setters & 2) set_corner_detection_minimum_quadrilateral_angle(engine, angle);
+    if (setters & 4) set_corner_detection_minimum_largest_dimension_percentage_threshold(engine, share);
+    if (setters & 8) set_corner_detection_within_image(engine);
+    ControlPointCorners first{};
+    const int code = perform_corner_searching(engine, &image, &first);
+    destroy_corner_search_enginee(engine);
+    EXPECT_EQ(code, -5);  // the quadrilateral the corners make is refused, the corners reported
+    EXPECT_EQ(std::vector<int>(first.x, first.x + 4), (std::vector<int>{INT_MIN, 41, 32, 13}));
+    EXPECT_EQ(std::vector<int>(first.y, first.y + 4), (std::vector<int>{0, 0, 23, 28}));
 }
