@@ -30,6 +30,10 @@ HqcPage make_hqc_page() {
         for (int x = 0; x < spec.width; ++x) {
             if (y >= kFaintFrom && hqc.page.ink.get_pixel(x, y) != 0) hqc.page.gray.set_pixel(x, y, kFaint);
             if (x >= 600 && x <= 700 && y >= 120 && y <= 220) hqc.binary.set_pixel(x, y, 1);
+            // A dark rule wider than any text blob but thin, and dark specks too small for text.
+            const bool rule = x >= 100 && x < 300 && y >= 760 && y < 763;
+            const bool speck = y == 780 && x % 20 == 0 && x % 40 < 20;
+            if (rule || speck) hqc.binary.set_pixel(x, y, 1), hqc.page.gray.set_pixel(x, y, 40);
         }
     return hqc;
 }
@@ -53,6 +57,14 @@ TEST(HqcPageanalysis, SeparatesSharpGlyphsFaintInkAndPictures) {
     }
     EXPECT_EQ(analysis.textlike_blobs, sharp + faint);
     EXPECT_NEAR(analysis.obtain_text_percentage_among_textlike_blobs(), double(sharp) / (sharp + faint), 1e-12);
+
+    // The compression test splits the characters but loses none.
+    geometric::HqcPageanalysis coded(&hqc.page.gray, &hqc.binary, nullptr);
+    coded.para.select_text_blobs = false;
+    coded.para.use_compression_cost = true;
+    coded.run_page_analysis();
+    EXPECT_EQ(static_cast<int>(coded.filter.regular_blobs.size() + coded.filter.irregular_blobs.size()), sharp);
+    EXPECT_NEAR(coded.obtain_text_percentage_among_textlike_blobs(), double(sharp) / (sharp + faint), 1e-12);
 
     // Margins that leave every blob outside: nothing counted, share 0.
     geometric::HqcPageanalysis outside(&hqc.page.gray, &hqc.binary, nullptr);
