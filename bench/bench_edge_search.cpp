@@ -75,6 +75,25 @@ void BM_EdgeSearch(benchmark::State& state) {
 }
 BENCHMARK(BM_EdgeSearch)->Unit(benchmark::kMillisecond);
 
+// The whole hybrid run: the edge search, then the text search when the
+// edges leave the page in doubt; the edge share is BM_EdgeSearch's.
+void BM_HybridSearch(benchmark::State& state) {
+    const ImageCApi record = photo().record();
+    int result = 0;
+    ControlPointCorners corners{};
+    for (auto _ : state) {
+        void* handle = corrector_create();
+        result = run_edge_searching(handle, &record);
+        result = run_feature_searching(handle);
+        obtain_four_corners(handle, &corners);
+        destroy_corrector(handle);
+        benchmark::DoNotOptimize(corners);
+    }
+    state.counters["result"] = result;
+    state.counters["corner_error_px"] = corner_error(corners);
+}
+BENCHMARK(BM_HybridSearch)->Unit(benchmark::kMillisecond);
+
 // Stage 1: the gray working image (gray conversion and down-sampling).
 void BM_WorkingImage(benchmark::State& state) {
     const ImageCApi record = photo().record();

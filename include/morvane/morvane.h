@@ -196,9 +196,9 @@ MORVANE_API int obtain_output_image_dimension(const ControlPointCorners* corners
  * - The text search weighs the edge result first and keeps a good one as
  *   it is; otherwise it reads the horizontal direction from the text lines
  *   (page analysis, eigenpoint groups and their merging, a consensus of the
- *   lines) and draws the page around the text, never through it. It reads
- *   no vertical direction of its own: the sides of a page found by its text
- *   are upright, or follow the edges' vertical angle.
+ *   lines), the vertical direction from the text's margins or else from
+ *   columns of slim blobs (stems and rules), each weighed against the
+ *   edges, and draws the page around the text, never through it.
  * - The resolution estimate reads the size of the text by page analysis
  *   (300 when it finds too little text).
  * - Of the two binarization methods only Sauvola (0) is present.

@@ -12,11 +12,17 @@
 #include "edgelines/line_angle_comparator.h"
 #include "pageanalysis/apriori_pageanalysis.h"
 #include "pageanalysis/area_pageanalysis.h"
+#include "edgelines/bounding_line_judger.h"
+#include "edgelines/priority_selector.h"
+#include "textlines/blob_line_creator.h"
 #include "textlines/eignpoints_cluster.h"
 #include "textlines/eignpoints_merger.h"
 #include "textlines/eignpoints_para_setup.h"
+#include "textlines/margin_line_creator.h"
 #include "textlines/text_line_creator.h"
+#include "vanishing/rectification_candidate.h"
 #include "vanishing/vanishing_point_codes.h"
+#include "vanishing/vpoint_margin_solver.h"
 #include "vanishing/vpoint_ransac_solver.h"
 
 namespace hybrid {
@@ -63,6 +69,43 @@ constexpr double kLongEdgeFraction = 0.1;
 constexpr double kEdgesParallelDegrees = 3.0;
 // A top or bottom edge longer than this share of the width vouches for the text's direction.
 constexpr double kIndicatorLengthFraction = 0.5;
+
+// The vertical direction's constants: the upright angle; the mean error
+// in degrees within which the edges' point makes a lone margin upright; an
+// edge this share of the width from a lone margin is its partner; a margin
+// this share of the width from the left side stands away from it; the
+// tolerance factors of edges against a lone margin, against few blob lines
+// and with the caller's flag; a first margin longer than this share of the
+// height carries the page's point; the span share that counts as wide;
+// columns outside 88 to 92 degrees are no parallel direction.
+constexpr float kUprightDegrees = 90.0f;
+constexpr float kUprightMarginDegrees = 1.0f;
+constexpr double kPartnerFraction = 0.2;
+constexpr double kAwayFraction = 0.1;
+constexpr double kHalf = 0.5;
+constexpr float kLooseEdgeFactor = 3.0f;
+constexpr float kFewBlobsFactor = 3.0f;
+constexpr float kFlaggedEdgeFactor = 10.0f;
+constexpr double kLongMarginFraction = 0.6;
+constexpr float kWideFraction = 0.35f;
+constexpr float kUprightLow = 88.0f;
+constexpr float kUprightHigh = 92.0f;
+
+// The mean of near-vertical angles; they do not wrap.
+float mean_vertical_angle(const std::vector<float>& angles) {
+    if (angles.empty()) return kUprightDegrees;
+    double sum = 0.0;
+    for (float a : angles) sum += a;
+    return static_cast<float>(sum / static_cast<double>(angles.size()));
+}
+
+// The height the first margin's points cover; the image height without them.
+double margin_length(const std::vector<std::vector<geometric::Geocoordinate<float>>>& groups, int height) {
+    if (groups.empty() || groups.front().empty()) return height;
+    float low = groups.front().front().y, high = low;
+    for (const auto& p : groups.front()) low = std::min(low, p.y), high = std::max(high, p.y);
+    return static_cast<double>(high - low);
+}
 
 bool is_found(geometric::RegistrationOutputType r) { return r >= 1 && r <= 4; }
 
@@ -402,13 +445,6 @@ int FeatureRegistration::perform_horizontal_vp_searching(const Groups& groups, b
     return r;
 }
 
-int FeatureRegistration::perform_vertical_vp_searching_via_margin_lines(const Groups&) { return DIRECTION_NOTHING; }
-
-int FeatureRegistration::perform_vertical_vp_searching_via_blob_analysis(bool& again) {
-    again = false;
-    return DIRECTION_NOTHING;
-}
-
 bool FeatureRegistration::set_vp_property(geometric::VanishingPointOutput& output) {
     geometric::VanishingPointOutput& vertical = vanishing_points.vertical;
     switch (output.status) {
@@ -519,6 +555,346 @@ bool FeatureRegistration::can_provide_hor_boundingline_indicator(std::vector<Geo
     // The longer edge stands first.
     if (appended == 2 && lengths[0] < lengths[1]) std::swap(lines[lines.size() - 2], lines[lines.size() - 1]);
     return provided;
+}
+
+// ---------------------------------------------------------------------------
+// The vertical direction
+// ---------------------------------------------------------------------------
+
+int FeatureRegistration::perform_vertical_vp_searching_via_margin_lines(const Groups& groups) {
+    const int width = image_width();
+    const int height = image_height();
+    geometric::VanishingPointOutput& vertical = vanishing_points.vertical;
+
+    // 1. The margins.
+    geometric::MarginLineCreator creator(para.margin, width, height, page_analysis);
+    Groups margin_groups;
+    std::vector<GeolineBase> margins;
+    std::vector<double> weights;
+    const bool formed = creator.perform_margin_line_formulation(groups, margin_groups, margins, weights);
+    if (!formed && margins.size() != 1) return DIRECTION_NOTHING;
+    weights.resize(margins.size(), 1.0);
+
+    // 2. Parallel margins.
+    std::vector<int> selected;
+    if (margins.size() >= 2 && is_margin_line_parallel(margins, selected)) return DIRECTION_PARALLEL;
+
+    // 3. to 5. A point from all the margins at once.
+    if (margins.size() >= 2) {
+        geometric::VpointMarginSolver solver(width, height, para.ransac.maximum_rectification_error,
+                                             geometric::VERTICAL_DIRECTION);
+        Geocoordinate<double> point =
+            vertical.has_vanishing_point ? vanishing_points.vertical_point : Geocoordinate<double>(0.0, 0.0);
+        vertical.status = solver.perform_margin_vpoint_searching(margins, weights, point, kUprightDegrees);
+        if (vertical.status == geometric::VPOINT_FOUND) vanishing_points.vertical_point = point;
+        if (vertical.status == geometric::VPOINT_EXACTLY_PARALLEL) {
+            std::vector<float> angles;
+            for (const GeolineBase& m : margins) angles.push_back(angle_of(m));
+            vertical.angle = mean_vertical_angle(angles);
+        }
+        if (set_vp_property(vertical)) return vertical.status;
+        return DIRECTION_NOTHING;
+    }
+
+    // 6. One margin: the edges' point stands when it makes the margin upright.
+    const GeolineBase margin = margins.front();
+    if (vertical.has_vanishing_point) {
+        Geocoordinate<double> point = vanishing_points.vertical_point;
+        const int code = geometric::choose_rectification_candidate(
+            width, height, geometric::VERTICAL_DIRECTION, {vanishing_points.vertical_point}, {margin}, point,
+            geometric::kNoPreviousCandidate, true, kUprightMarginDegrees, kUprightDegrees);
+        if (code == geometric::VPOINT_FOUND) return DIRECTION_VANISHING_POINT;
+    }
+
+    // 7. An edge that leans like the margin but stands well apart from it
+    // is the margin's partner.
+    const std::size_t vertical_before = bounding_line_property.vertical_lines.size();
+    std::vector<GeolineBase> pair = {margin};
+    const int sides[2] = {bounding_line_property.left_index, bounding_line_property.right_index};
+    for (int side : sides) {
+        if (pair.size() > 1 || side < 0 || side >= static_cast<int>(bounding_lines.size())) continue;
+        const GeolineBase& edge = bounding_lines[static_cast<std::size_t>(side)].line;
+        if (!geometric::LineAngleComparator::is_small_disparity(angle_of(edge), angle_of(margin),
+                                                                para.angle_tolerance))
+            continue;
+        if (std::fabs(edge.x_at(0.0) - margin.x_at(0.0)) > kPartnerFraction * width) pair.push_back(edge);
+    }
+
+    // 8. Still alone: an edge leaning alike on a side the margin stands
+    // away from gives the direction with it.
+    bool helped = pair.size() > 1;
+    if (!helped) {
+        const double mean_x = 0.5 * (margin.x_at(0.0) + margin.x_at(height - 1.0));
+        for (int k = 0; k < 2 && !helped; ++k) {
+            const int side = sides[k];
+            const bool away = k == 0 ? mean_x > kAwayFraction * width : mean_x < kHalf * width;
+            if (!away || side < 0 || side >= static_cast<int>(bounding_lines.size())) continue;
+            const GeolineBase& edge = bounding_lines[static_cast<std::size_t>(side)].line;
+            if (!geometric::LineAngleComparator::is_small_disparity(angle_of(edge), angle_of(margin),
+                                                                    kLooseEdgeFactor * para.angle_tolerance))
+                continue;
+            geometric::VanishingPointOutput& bounding = bounding_vanishing_points.vertical;
+            Geocoordinate<double> point;
+            if (geometric::intersect_lines(margin, edge, point)) {
+                bounding_vanishing_points.vertical_point = point;
+                bounding.has_vanishing_point = true;
+                bounding.is_parallel = false;
+            } else {
+                bounding.has_vanishing_point = false;
+                bounding.is_parallel = true;
+                bounding.angle = angle_of(margin);
+            }
+            helped = true;
+        }
+    }
+
+    // 9. No edge helped: the margin becomes the bounding line of its side,
+    // unless that side is taken.
+    if (!helped) {
+        geometric::BoundingLine line;
+        line.line = margin;
+        line.x1 = static_cast<float>(margin.x_at(0.0));
+        line.y1 = 0.0f;
+        line.x2 = static_cast<float>(margin.x_at(height - 1.0));
+        line.y2 = static_cast<float>(height - 1);
+        line.segment_length = height;
+        geometric::BoundingLineJudger judger(width, height);
+        judger.formulateBoundingLine(bounding_lines, line, false);
+        const int index = static_cast<int>(bounding_lines.size()) - 1;
+        const geometric::BoundingLinePosition position = bounding_lines.back().position;
+        if (position == geometric::RIGHT_BOUNDARY && bounding_line_property.right_index == -1) {
+            bounding_line_property.right_index = index;
+            bounding_line_property.vertical_lines.push_back(index);
+        } else if (position == geometric::LEFT_BOUNDARY && bounding_line_property.left_index == -1) {
+            bounding_line_property.left_index = index;
+            bounding_line_property.vertical_lines.push_back(index);
+        } else {
+            bounding_lines.pop_back();
+        }
+    }
+
+    // 10. Two margins: their crossing. A long first margin makes it the
+    // page's vertical point.
+    int result = DIRECTION_NOTHING;
+    if (pair.size() == 2) {
+        Geocoordinate<double> point;
+        const bool met = geometric::intersect_lines(pair[0], pair[1], point);
+        const double length = std::fabs(margin_length(margin_groups, height));
+        if (length > kLongMarginFraction * height) {
+            if (met) vanishing_points.vertical_point = point;
+            vertical.has_vanishing_point = met;
+            vertical.is_parallel = false;
+            if (met) result = DIRECTION_VANISHING_POINT;
+        } else if (met) {
+            bounding_vanishing_points.vertical_point = point;
+            bounding_vanishing_points.vertical.has_vanishing_point = true;
+            bounding_vanishing_points.vertical.is_parallel = false;
+        }
+    }
+
+    // 11. The margin completed a pair of vertical edges: their crossing.
+    if (vertical_before == 1 && bounding_line_property.vertical_lines.size() == 2) {
+        const GeolineBase& first = bounding_lines[static_cast<std::size_t>(bounding_line_property.vertical_lines[0])].line;
+        const GeolineBase& second =
+            bounding_lines[static_cast<std::size_t>(bounding_line_property.vertical_lines[1])].line;
+        Geocoordinate<double> point;
+        geometric::VanishingPointOutput& bounding = bounding_vanishing_points.vertical;
+        if (geometric::intersect_lines(first, second, point)) {
+            bounding_vanishing_points.vertical_point = point;
+            bounding.has_vanishing_point = true;
+            bounding.is_parallel = false;
+        } else {
+            bounding.has_vanishing_point = false;
+            bounding.is_parallel = true;
+            bounding.angle = angle_of(first);
+        }
+    }
+    return result;
+}
+
+int FeatureRegistration::perform_vertical_vp_searching_via_blob_analysis(bool& again) {
+    again = false;
+    geometric::VanishingPointOutput& vertical = vanishing_points.vertical;
+    const auto edge_stands = [&vertical]() {
+        return vertical.has_vanishing_point ? DIRECTION_EDGE_STANDS : DIRECTION_EDGE_PARALLEL_STANDS;
+    };
+
+    // 1. Blob lines.
+    std::vector<geometric::GeolineBasePoints<float>> blob_lines;
+    std::vector<double> weights;
+    std::vector<std::pair<int, int>> pairs;
+    if (page_analysis != nullptr) {
+        geometric::BlobLineCreator creator(page_analysis);
+        creator.perform_blob_line_formulation(blob_lines, weights, pairs);
+    }
+    if (blob_lines.empty()) {
+        if (vertical.has_vanishing_point || vertical.is_parallel) return edge_stands();
+        return DIRECTION_NOTHING;
+    }
+    std::vector<GeolineBase> lines(blob_lines.begin(), blob_lines.end());
+    weights.resize(lines.size(), 1.0);
+    const int line_count = static_cast<int>(lines.size());
+
+    // 2. and 3. Parallel blob lines, and the edges' trust.
+    float first_angle = 0.0f, second_angle = 0.0f;
+    int count = 0;
+    const bool parallel = is_blob_line_parallel(lines, pairs, first_angle, second_angle, count);
+    const float span = static_cast<float>(count);
+    if (parallel) {
+        const bool held = vertical.has_vanishing_point || vertical.is_parallel;
+        if (held && is_previous_vertical_detection_trustable(line_count, first_angle, second_angle, span))
+            return edge_stands();
+        vertical.has_vanishing_point = false;
+        vertical.is_parallel = true;
+        vertical.angle = mean_vertical_angle({first_angle, second_angle});
+        return DIRECTION_PARALLEL;
+    }
+    if (is_previous_vertical_detection_trustable(line_count, first_angle, second_angle, span)) return edge_stands();
+
+    // 4. The consensus of the blob lines, the agreeing edges forced in.
+    const std::size_t blob_count = lines.size();
+    const bool indicator = can_provide_ver_boundingline_indicator(lines, weights, first_angle, second_angle, false);
+    Geocoordinate<double> point =
+        vertical.has_vanishing_point ? vanishing_points.vertical_point : Geocoordinate<double>(0.0, 0.0);
+    std::vector<int> inliers;
+    geometric::VpointRansacSolver solver(geometric::VERTICAL_DIRECTION, image_width(), image_height(), para.ransac);
+    int r = solver.perform_ransac_vpoint_searching(lines, pairs, weights, inliers, point, vertical.angle, indicator);
+    std::vector<float> inlier_angles;
+    for (int i : inliers)
+        if (i >= 0 && static_cast<std::size_t>(i) < blob_count)
+            inlier_angles.push_back(angle_of(lines[static_cast<std::size_t>(i)]));
+    const float angle = inlier_angles.empty() ? vertical.angle : mean_vertical_angle(inlier_angles);
+
+    // 5. Columns leaning this far are no parallel direction.
+    const bool upright = angle <= kUprightHigh && angle >= kUprightLow;
+    if (!upright && (r == geometric::VPOINT_EXACTLY_PARALLEL || r == geometric::VPOINT_TREAT_AS_PARALLEL))
+        r = geometric::VPOINT_NO_RESULT;
+    if (r == geometric::VPOINT_FOUND) {
+        vanishing_points.vertical_point = point;
+        vertical.has_vanishing_point = true;
+        vertical.is_parallel = false;
+    }
+    if (r == geometric::VPOINT_EXACTLY_PARALLEL) vertical.angle = angle;
+    vertical.status = r;
+    if (r == geometric::VPOINT_NO_RESULT) return DIRECTION_NOTHING;
+    if (!set_vp_property(vertical)) return DIRECTION_NOTHING;
+    return vertical.status;
+}
+
+// ---------------------------------------------------------------------------
+// Trust tests of the vertical direction
+// ---------------------------------------------------------------------------
+
+bool FeatureRegistration::is_blob_line_parallel(const std::vector<GeolineBase>& lines,
+                                                const std::vector<std::pair<int, int>>& pairs, float& first_angle,
+                                                float& second_angle, int& count) const {
+    count = 0;
+    if (lines.size() < 2) return false;
+    const int last = static_cast<int>(lines.size()) - 1;
+    std::vector<int> order = {0, last, 0, last};
+    if (!pairs.empty()) order[0] = pairs[0].first, order[1] = pairs[0].second;
+    const std::pair<int, int>& second = pairs.size() > 1 ? pairs[1] : std::make_pair(order[0], order[1]);
+    order[2] = second.first;
+    order[3] = second.second;
+    float span = 0.0f;
+    const bool parallel = pair_is_parallel(lines, order, para.registration.vertical_angle_disparity, first_angle,
+                                           second_angle, span);
+    count = static_cast<int>(span);
+    return parallel;
+}
+
+bool FeatureRegistration::is_margin_line_parallel(const std::vector<GeolineBase>& lines, std::vector<int>& selected) {
+    selected.clear();
+    if (lines.size() < 2) return false;
+    const std::vector<double> weights(lines.size(), 1.0);
+    std::vector<double> positions;
+    for (const GeolineBase& line : lines) positions.push_back(line.x_at(kHalf * image_height()));
+    std::vector<std::pair<int, int>> pairs;
+    geometric::PrioritySelector().obtain_uniform_priority_array(weights, positions, pairs);
+    if (pairs.empty()) pairs.emplace_back(0, static_cast<int>(lines.size()) - 1);
+    selected = {pairs[0].first, pairs[0].second};
+    const std::vector<int> order = {selected[0], selected[1], selected[0], selected[1]};
+    float first_angle = 0.0f, second_angle = 0.0f, span = 0.0f;
+    if (!pair_is_parallel(lines, order, para.registration.vertical_angle_disparity, first_angle, second_angle, span))
+        return false;
+    geometric::VanishingPointOutput& vertical = vanishing_points.vertical;
+    vertical.has_vanishing_point = false;
+    vertical.is_parallel = true;
+    vertical.angle = mean_vertical_angle({first_angle, second_angle});
+    return true;
+}
+
+bool FeatureRegistration::is_previous_vertical_detection_trustable(int line_count, float first_angle,
+                                                                   float second_angle, float span) const {
+    const geometric::VanishingPointOutput& vertical = vanishing_points.vertical;
+    if (!vertical.has_vanishing_point && !vertical.is_parallel) return false;
+    const int left_index = bounding_line_property.left_index;
+    const int right_index = bounding_line_property.right_index;
+    const int size = static_cast<int>(bounding_lines.size());
+    if (left_index < 0 || right_index < 0 || left_index >= size || right_index >= size) return false;
+    const float left_angle = angle_of(bounding_lines[static_cast<std::size_t>(left_index)].line);
+    const float right_angle = angle_of(bounding_lines[static_cast<std::size_t>(right_index)].line);
+    const float limit = static_cast<float>(bounding_line_property.vertical_intercept_disparity);
+    const float width = static_cast<float>(image_width());
+    bool same_side = false;
+    const double lean =
+        geometric::LineAngleComparator::calculate_vertical_disparity_difference(left_angle, right_angle, same_side);
+    // Edges leaning alike to opposite sides, and wide enough apart, stand.
+    if (!same_side && lean < para.maximum_vertical_disparity && (limit > span || limit > kWideFraction * width))
+        return true;
+    const float d_left = folded_difference(first_angle, left_angle);
+    const float d_right = folded_difference(second_angle, right_angle);
+    if (line_count <= para.minimum_blob_lines && span <= kWideFraction * width) {
+        if (!(limit > span) && !(limit > kWideFraction * width)) return false;
+        return d_left < kFewBlobsFactor * para.angle_tolerance && d_right < kFewBlobsFactor * para.angle_tolerance;
+    }
+    return d_left < 2.0f * para.angle_tolerance && d_right < 2.0f * para.angle_tolerance && limit > kHalf * span;
+}
+
+bool FeatureRegistration::can_provide_ver_boundingline_indicator(std::vector<GeolineBase>& lines,
+                                                                 std::vector<double>& weights, float first_angle,
+                                                                 float second_angle, bool flag) const {
+    if (bounding_line_property.vertical_lines.empty()) return false;
+    const int sides[2] = {bounding_line_property.left_index, bounding_line_property.right_index};
+    const float angles[2] = {first_angle, second_angle};
+    int appended = 0;
+    std::vector<int> lengths;
+    for (int k = 0; k < 2; ++k) {
+        if (sides[k] < 0 || sides[k] >= static_cast<int>(bounding_lines.size())) continue;
+        const geometric::BoundingLine& edge = bounding_lines[static_cast<std::size_t>(sides[k])];
+        const double edge_angle = angle_of(edge.line);
+        const bool close = geometric::LineAngleComparator::is_small_disparity(edge_angle, angles[k],
+                                                                              2.0 * para.angle_tolerance);
+        const bool loose = flag && geometric::LineAngleComparator::is_small_disparity(
+                                       edge_angle, angles[k], kFlaggedEdgeFactor * para.angle_tolerance);
+        if (!close && !loose) continue;
+        lines.push_back(edge.line);
+        weights.push_back(1.0);
+        lengths.push_back(edge.segment_length);
+        ++appended;
+    }
+    // The longer edge stands first.
+    if (appended == 2 && lengths[0] < lengths[1]) std::swap(lines[lines.size() - 2], lines[lines.size() - 1]);
+    return appended > 0;
+}
+
+bool FeatureRegistration::pair_is_parallel(const std::vector<GeolineBase>& lines, const std::vector<int>& order,
+                                           float tolerance, float& first_angle, float& second_angle,
+                                           float& span) const {
+    const auto x0 = [&lines](int i) { return static_cast<float>(lines[static_cast<std::size_t>(i)].x_at(0.0)); };
+    int i = order[0], j = order[1];
+    span = std::fabs(x0(i) - x0(j));
+    if (std::abs(order[2] - order[3]) > std::abs(order[0] - order[1])) {
+        const float other = std::fabs(x0(order[2]) - x0(order[3]));
+        if (other > span) {
+            span = other;
+            i = order[2];
+            j = order[3];
+        }
+    }
+    first_angle = angle_of(lines[static_cast<std::size_t>(std::max(i, j))]);
+    second_angle = angle_of(lines[static_cast<std::size_t>(std::min(i, j))]);
+    return !geometric::LineAngleComparator::is_large_disparity(first_angle, second_angle, tolerance);
 }
 
 }  // namespace hybrid

@@ -5,6 +5,7 @@
 #define MORVANE_REGISTRATION_FEATURE_REGISTRATION_H
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "common/basic_image.h"
@@ -138,11 +139,15 @@ public:
     int perform_horizontal_vp_searching(const std::vector<std::vector<geometric::Geocoordinate<float>>>& groups,
                                         bool& text_lines_formed);
 
-    // The text route reads no vertical direction of its own: margins and
-    // blob columns both answer DIRECTION_NOTHING, so the vertical direction
-    // of a result that reaches them is dropped.
+    // The vertical direction from the text's margins: parallel margins, a
+    // point from two or more of them, or one margin weighed against the
+    // edges (and made a bounding line of its side when they do not help).
+    // A DirectionSearchCode.
     int perform_vertical_vp_searching_via_margin_lines(
         const std::vector<std::vector<geometric::Geocoordinate<float>>>& groups);
+    // The vertical direction from lines along tall slim blobs, when the
+    // margins gave none; the edges' direction stands where the blobs agree
+    // with it or say nothing. `again` is left false: one pass serves.
     int perform_vertical_vp_searching_via_blob_analysis(bool& again);
 
     // Corners. Without a text box: the edge search's own corners when it
@@ -178,6 +183,27 @@ public:
                                                 std::vector<double>& weights, float first_angle,
                                                 float second_angle) const;
 
+    // Trust tests of the vertical direction.
+    // The test of is_text_line_parallel on near-vertical lines, the first
+    // two priority pairs as the outer and the second pair, the span taken
+    // across x at y = 0 and given back in `count`, cut to whole pixels.
+    bool is_blob_line_parallel(const std::vector<geometric::GeolineBase>& lines,
+                               const std::vector<std::pair<int, int>>& pairs, float& first_angle,
+                               float& second_angle, int& count) const;
+    // The pair of margins picked by uniform priority (its indices go to
+    // `selected`) judged with vertical_angle_disparity; when parallel, the
+    // vertical direction becomes parallel at the pair's mean angle.
+    bool is_margin_line_parallel(const std::vector<geometric::GeolineBase>& lines, std::vector<int>& selected);
+    // Whether the edge search's vertical direction stands against lines of
+    // these angles spanning `span` across the page.
+    bool is_previous_vertical_detection_trustable(int line_count, float first_angle, float second_angle,
+                                                  float span) const;
+    // Appends the left and right edges that agree with the angles (ten
+    // times the tolerance with `flag`), weight 1.0, the longer first.
+    bool can_provide_ver_boundingline_indicator(std::vector<geometric::GeolineBase>& lines,
+                                                std::vector<double>& weights, float first_angle,
+                                                float second_angle, bool flag) const;
+
     FeatureRegistrationPara para;
     // Owned; kept for the resolution estimate after the run.
     geometric::Pageanalysis* page_analysis;
@@ -198,6 +224,9 @@ private:
     bool run_binarized_page_analysis();
     void delete_page_analysis();
     CornerExpansion corner_expansion(bool may_leave_image) const;
+    // is_text_line_parallel's test across x at y = 0, for near-vertical lines.
+    bool pair_is_parallel(const std::vector<geometric::GeolineBase>& lines, const std::vector<int>& order,
+                          float tolerance, float& first_angle, float& second_angle, float& span) const;
     bool corners_from_text_and_lines(bool parallel_case);
     bool corners_from_guarded_bounding_lines();
 
