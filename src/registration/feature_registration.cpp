@@ -111,6 +111,30 @@ bool is_found(geometric::RegistrationOutputType r) { return r >= 1 && r <= 4; }
 
 float angle_of(const GeolineBase& line) { return static_cast<float>(line.line_angle()); }
 
+// The pair of lines of the priority order that lies farther apart, measured
+// by where the lines cross one axis (position_of), and whether their angles
+// agree within the tolerance: the first two of the order, or the next two
+// when those are further apart in the order and in place. The first angle is
+// that of the later line.
+template <typename Position>
+bool widest_pair_is_parallel(const std::vector<GeolineBase>& lines, const std::vector<int>& order, Position position_of,
+                             float tolerance, float& first_angle, float& second_angle, float& span) {
+    const auto at = [&](int i) { return static_cast<float>(position_of(lines[static_cast<std::size_t>(i)])); };
+    int i = order[0], j = order[1];
+    span = std::fabs(at(i) - at(j));
+    if (std::abs(order[2] - order[3]) > std::abs(order[0] - order[1])) {
+        const float other = std::fabs(at(order[2]) - at(order[3]));
+        if (other > span) {
+            span = other;
+            i = order[2];
+            j = order[3];
+        }
+    }
+    first_angle = angle_of(lines[static_cast<std::size_t>(std::max(i, j))]);
+    second_angle = angle_of(lines[static_cast<std::size_t>(std::min(i, j))]);
+    return !geometric::LineAngleComparator::is_large_disparity(first_angle, second_angle, tolerance);
+}
+
 float folded_difference(double first, double second) {
     return static_cast<float>(geometric::LineAngleComparator::fold(first - second));
 }
@@ -472,21 +496,8 @@ bool FeatureRegistration::set_vp_property(geometric::VanishingPointOutput& outpu
 
 bool FeatureRegistration::is_text_line_parallel(const std::vector<GeolineBase>& lines, const std::vector<int>& order,
                                                 float& first_angle, float& second_angle, float& span) const {
-    const auto y0 = [&lines](int i) { return static_cast<float>(lines[static_cast<std::size_t>(i)].y_at(0.0)); };
-    int i = order[0], j = order[1];
-    span = std::fabs(y0(i) - y0(j));
-    if (std::abs(order[2] - order[3]) > std::abs(order[0] - order[1])) {
-        const float other = std::fabs(y0(order[2]) - y0(order[3]));
-        if (other > span) {
-            span = other;
-            i = order[2];
-            j = order[3];
-        }
-    }
-    first_angle = angle_of(lines[static_cast<std::size_t>(std::max(i, j))]);
-    second_angle = angle_of(lines[static_cast<std::size_t>(std::min(i, j))]);
-    return !geometric::LineAngleComparator::is_large_disparity(first_angle, second_angle,
-                                                               para.registration.horizontal_angle_disparity);
+    return widest_pair_is_parallel(lines, order, [](const GeolineBase& line) { return line.y_at(0.0); },
+                                   para.registration.horizontal_angle_disparity, first_angle, second_angle, span);
 }
 
 bool FeatureRegistration::is_previous_horizontal_detection_trustable(int line_count, float first_angle,
@@ -881,20 +892,8 @@ bool FeatureRegistration::can_provide_ver_boundingline_indicator(std::vector<Geo
 bool FeatureRegistration::pair_is_parallel(const std::vector<GeolineBase>& lines, const std::vector<int>& order,
                                            float tolerance, float& first_angle, float& second_angle,
                                            float& span) const {
-    const auto x0 = [&lines](int i) { return static_cast<float>(lines[static_cast<std::size_t>(i)].x_at(0.0)); };
-    int i = order[0], j = order[1];
-    span = std::fabs(x0(i) - x0(j));
-    if (std::abs(order[2] - order[3]) > std::abs(order[0] - order[1])) {
-        const float other = std::fabs(x0(order[2]) - x0(order[3]));
-        if (other > span) {
-            span = other;
-            i = order[2];
-            j = order[3];
-        }
-    }
-    first_angle = angle_of(lines[static_cast<std::size_t>(std::max(i, j))]);
-    second_angle = angle_of(lines[static_cast<std::size_t>(std::min(i, j))]);
-    return !geometric::LineAngleComparator::is_large_disparity(first_angle, second_angle, tolerance);
+    return widest_pair_is_parallel(lines, order, [](const GeolineBase& line) { return line.x_at(0.0); }, tolerance,
+                                   first_angle, second_angle, span);
 }
 
 }  // namespace hybrid
