@@ -436,6 +436,47 @@ MORVANE_API void set_corner_detection_within_image(void* handle);
 
 /* ---- evaluator family ---- */
 
+/*
+ * Grades how well an image of text can be read: the score is the share of
+ * the character-like blobs that a two-level (ink and paper) model describes
+ * well. Sharp print scores near 1, blur and noise lower; 0 means either a bad
+ * image or no judgement: fewer than 4 well-formed characters, or characters
+ * making 10% or less of the text-sized blobs (blank pages, pictures,
+ * clutter). The image is graded at full size (gray; RGB by luminance) and
+ * binarized by the multi-scale method; blobs count as text-sized when they
+ * have at least 5 pixels and a box under 128 by 128 pixels and are not part
+ * of a picture, and as characters at any contrast with their surroundings.
+ * An evaluator keeps no image between calls and may grade any number of them.
+ */
+
+/* A new evaluator; free it with destroy_image_quality_evaluator. */
+MORVANE_API void* create_image_quality_evaluator(void);
+
+/*
+ * The score of the whole image, in [0, 1].
+ * image: gray, RGB or 1-bit (ink becomes black, paper white), read during the
+ *        call only. A four-channel image throws the C++ exception const char*
+ *        "BGRA to grey level conversion nog implemented yet in common";
+ *        memory failures leave as C++ exceptions too.
+ */
+MORVANE_API double evaluate_image_quality(void* handle, const ImageCApi* image);
+
+/*
+ * The score of the page inside image, in [0, 1]: blobs whose box centre lies
+ * beyond the lines through the corners (left side through top-left and
+ * bottom-left, right through top-right and bottom-right, top and bottom
+ * likewise) are not graded.
+ * corners: the page's four corners in image pixels, as found by
+ *          run_projective_correction or perform_corner_searching; NULL grades
+ *          the whole image, as evaluate_image_quality.
+ * image and exceptions as evaluate_image_quality.
+ */
+MORVANE_API double evaluate_image_quality_given_corners(void* handle, const ImageCApi* image,
+                                                        const ControlPointCorners* corners);
+
+/* Frees an evaluator; NULL is ignored. */
+MORVANE_API void destroy_image_quality_evaluator(void* handle);
+
 /* ------------------------------------------------------------------------ */
 /* Blob calculator family                                                    */
 /* ------------------------------------------------------------------------ */
