@@ -172,6 +172,13 @@ inline void run_line_segments(void* handle, const PhotographedPage& photo, Answe
     put(answer, lines.get(), 7 * static_cast<size_t>(count));
 }
 
+inline void run_quality(void* handle, const PhotographedPage& photo, Answer& answer) {
+    const ImageCApi input = photo.record();
+    const ControlPointCorners corners = caller_corners(photo);
+    put(answer, evaluate_image_quality(handle, &input));
+    put(answer, evaluate_image_quality_given_corners(handle, &input, &corners));
+}
+
 inline const std::vector<Family>& all() {
     static const std::vector<Family> table = {
         {"version", nullptr, nullptr, run_version},
@@ -188,6 +195,7 @@ inline const std::vector<Family>& all() {
          run_corner_search},
         {"corner search 6", [] { return create_corner_search_enginee(6); }, destroy_corner_search_enginee,
          run_corner_search},
+        {"quality evaluator", create_image_quality_evaluator, destroy_image_quality_evaluator, run_quality},
         {"blob calculator", create_blob_calculator, delete_blob_calculator, run_blob_calculator},
         {"line segments", lsd_create, destroy_lsd, run_line_segments},
     };
