@@ -140,6 +140,14 @@ int estimate_resolution(const Raster& image) {
     });
 }
 
+double grade_quality(const Raster& image, const ControlPointCorners* page) {
+    return call_library([&] {
+        const Handle handle(create_image_quality_evaluator(), &destroy_image_quality_evaluator);
+        const ImageCApi input = image.c_api();
+        return evaluate_image_quality_given_corners(handle.get(), &input, page);
+    });
+}
+
 ControlPointCorners whole_image_corners(const Raster& image) {
     const int right = image.width - 1;
     const int bottom = image.height - 1;

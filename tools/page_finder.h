@@ -38,6 +38,10 @@ Raster rectify(const Raster& image, const ControlPointCorners& corners);
 // alone; the library answers 300 when its analysis finds no text.
 int estimate_resolution(const Raster& image);
 
+// The quality grade in [0, 1] of the page inside `page`, or of the whole
+// image when `page` is null.
+double grade_quality(const Raster& image, const ControlPointCorners* page);
+
 // The image's own corners: rectifying with them gives the whole image.
 ControlPointCorners whole_image_corners(const Raster& image);
 

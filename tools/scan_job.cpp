@@ -169,6 +169,13 @@ void process(const ScanOptions& options, JobReport& report) {
         report.estimated_dpi = estimate_resolution(image);
         report.dpi_ms = milliseconds_since(start);
     }
+    if (options.quality) {
+        start = Clock::now();
+        report.graded_page = report.page_found;
+        report.quality = grade_quality(image, report.page_found ? &report.corners : nullptr);
+        report.graded = true;
+        report.quality_ms = milliseconds_since(start);
+    }
     if (!report.paths.output.empty() && (report.page_found || options.always_write)) write_page(image, options, report);
     if (!report.paths.overlay.empty()) write_overlay(image, options, report);
     report.exit_code = report.page_found ? kExitPageWritten : kExitNoPage;

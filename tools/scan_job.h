@@ -50,6 +50,10 @@ struct JobReport {
     int output_x_dpi = 0;         // the density written into the page; 0 when none
     int output_y_dpi = 0;
     std::string density_source;   // "input" or "estimate" when the page carries a density
+    bool graded = false;          // with --quality: `quality` holds the grade of
+    bool graded_page = false;     // the page found (true) or of the whole image
+    double quality = 0.0;
+    double quality_ms = 0;
 
 
     double decode_ms = 0, find_ms = 0, rectify_ms = 0, encode_ms = 0, binarize_ms = 0, dpi_ms = 0, overlay_ms = 0,

@@ -182,7 +182,10 @@ std::vector<Section> option_table() {
            "", {}},
           {{"--dpi"}, false, [](ScanOptions& o, const std::string&) { o.dpi = true; }, "--dpi",
            {"estimate the page's resolution in dots per inch and", "write it into the page (by default the page keeps",
-            "the input's own density, when it has one)"}}}},
+            "the input's own density, when it has one)"}},
+          {{"--quality"}, false, [](ScanOptions& o, const std::string&) { o.quality = true; }, "--quality",
+           {"grade how well the text can be read, from 0 to 1:", "the share of sharp, well-formed characters of the",
+            "page found (of the whole image when none is); 0 also", "when there is too little text to judge"}}}},
         {"Reports",
          {{{}, false, nullptr, "(default)",
            {"a short summary: what was found, the corners, the", "output size and the time taken"}},
@@ -397,6 +400,7 @@ std::string help_text() {
         {"--fill", true},
         {"--binarize sauvola, multiscale", true},
         {"--dpi", resolution_estimate_offered()},
+        {"--quality", true},
         {"--corners, --overlay, reports", true},
     };
     for (const auto& entry : offered) {

@@ -35,6 +35,7 @@ struct ScanOptions {
     bool has_k = false;
     float k = MORVANE_DEFAULT_BINARIZATION_K;
     bool dpi = false;
+    bool quality = false;  // --quality: grade the page, or the whole image without one
 
     std::string overlay;  // file, or folder with several inputs
     bool json = false;

@@ -42,15 +42,16 @@ std::string outcome_words(const JobReport& report) {
 }
 
 // ", binarize 0.12" when the black-and-white page was made, ", resolution
-// 0.05" when the resolution was estimated.
+// 0.05" when the resolution was estimated, ", quality 0.20" when graded.
 std::string optional_times(const JobReport& report) {
     char text[80] = "";
     std::size_t used = 0;
     if (report.bitonal_written)
         used += std::snprintf(text, sizeof text, ", binarize %.2f", report.binarize_ms / 1000.0);
     if (report.estimated_dpi > 0) {
-        std::snprintf(text + used, sizeof text - used, ", resolution %.2f", report.dpi_ms / 1000.0);
+        used += std::snprintf(text + used, sizeof text - used, ", resolution %.2f", report.dpi_ms / 1000.0);
     }
+    if (report.graded) std::snprintf(text + used, sizeof text - used, ", quality %.2f", report.quality_ms / 1000.0);
     return text;
 }
 
@@ -63,6 +64,13 @@ std::string json_density(int x_dpi, int y_dpi) {
 // "300 dpi" or "300 x 600 dpi".
 std::string density_words(int x_dpi, int y_dpi) {
     return (x_dpi == y_dpi ? std::to_string(x_dpi) : std::to_string(x_dpi) + " x " + std::to_string(y_dpi)) + " dpi";
+}
+
+// "0.947 (the page)" or "0.000 (the whole image)".
+std::string quality_words(const JobReport& report) {
+    char grade[16];
+    std::snprintf(grade, sizeof grade, "%.3f", report.quality);
+    return grade + std::string(report.graded_page ? " (the page)" : " (the whole image)");
 }
 
 std::string output_name(const std::string& output) {
@@ -106,6 +114,7 @@ std::string summary_text(const JobReport& report) {
     if (report.bitonal_written) text += "  black-and-white page written to " + paths.bitonal + "\n";
     if (report.overlay_written) text += "  overlay written to " + paths.overlay + "\n";
     if (report.estimated_dpi > 0) text += "  resolution: " + std::to_string(report.estimated_dpi) + " dpi\n";
+    if (report.graded) text += "  quality: " + quality_words(report) + "\n";
     char times[240];
     std::snprintf(times, sizeof times, "  time: %s (decode %.2f, find %.2f, rectify %.2f, encode %.2f%s)\n",
                   seconds(report.total_ms).c_str(), report.decode_ms / 1000.0, report.find_ms / 1000.0,
@@ -120,6 +129,7 @@ std::string progress_line(const JobReport& report, std::size_t index, std::size_
     line += ": " + outcome_words(report);
     if (report.written) line += ", " + std::to_string(report.output_width) + " x " + std::to_string(report.output_height);
     if (report.estimated_dpi > 0) line += ", " + std::to_string(report.estimated_dpi) + " dpi";
+    if (report.graded) line += ", quality " + quality_words(report);
     return line + ", " + seconds(report.total_ms);
 }
 
@@ -149,6 +159,12 @@ std::string json_report(const JobReport& report) {
         .text_or_null("output_dpi_from", report.density_source)
         // Null unless asked for with --dpi.
         .number_or_null("dpi", report.estimated_dpi, report.estimated_dpi > 0);
+    // Both null unless asked for with --quality.
+    if (report.graded) {
+        json.number("quality", report.quality, 4).text("quality_of", report.graded_page ? "page" : "image");
+    } else {
+        json.null("quality").null("quality_of");
+    }
     JsonObject times;
     times.number("decode", report.decode_ms, 1)
         .number("find", report.find_ms, 1)
@@ -156,6 +172,7 @@ std::string json_report(const JobReport& report) {
         .number("encode", report.encode_ms, 1)
         .number("binarize", report.binarize_ms, 1)
         .number("resolution", report.dpi_ms, 1)
+        .number("quality", report.quality_ms, 1)
         .number("overlay", report.overlay_ms, 1)
         .number("total", report.total_ms, 1);
     json.raw("times_ms", times.str()).number("exit", static_cast<long long>(report.exit_code));
