@@ -29,7 +29,7 @@ from ._morvane import ImageFileError, MorvaneError
 
 __all__ = [
     "ImageFileError", "MorvaneError", "PageNotFoundError", "PageResult",
-    "binarize", "find_page", "label_blobs", "line_segments", "read_image",
+    "binarize", "find_page", "label_blobs", "line_segments", "quality", "read_image",
     "resolution", "straighten", "write_image",
 ]
 
@@ -194,6 +194,17 @@ def resolution(image):
     """The page's resolution in dots per inch, estimated from the size of its
     characters; 300 when the library cannot tell."""
     return _morvane.resolution(image)
+
+
+def quality(image, corners=None):
+    """How well the text can be read, from 0 to 1: the share of the
+    character-like blobs that are sharp, two-level ink on paper.
+
+    corners: a 4x2 array (top-left, top-right, bottom-right, bottom-left):
+        only the page inside them is graded. None grades the whole image.
+    Returns a float; 0 also when there is too little text to judge.
+    """
+    return _morvane.quality(image, None if corners is None else _corner_values(corners))
 
 
 def line_segments(image):

@@ -1,6 +1,6 @@
-// Finding the page, straightening, binarization and the resolution estimate,
-// through the corrector family, the corner search family and the free
-// functions, as morvane-scan calls them.
+// Finding the page, straightening, binarization, the resolution estimate and
+// the quality grade, through the corrector, corner search and evaluator
+// families and the free functions, as morvane-scan calls them.
 #include <array>
 #include <cstring>
 #include <memory>
@@ -143,6 +143,18 @@ int resolution(const py::object& image) {
     });
 }
 
+// Without corners (None) the whole image is graded.
+double quality(const py::object& image, const std::optional<CornerValues>& values) {
+    const InputImage input(image);
+    const std::optional<ControlPointCorners> corners =
+        values ? std::optional<ControlPointCorners>(to_record(*values)) : std::nullopt;
+    return call_library([&] {
+        Handle<destroy_image_quality_evaluator> evaluator(create_image_quality_evaluator());
+        const ImageCApi record = input.record();
+        return evaluate_image_quality_given_corners(evaluator.get(), &record, corners ? &*corners : nullptr);
+    });
+}
+
 }  // namespace
 
 void add_page_calls(py::module_& module) {
@@ -151,6 +163,7 @@ void add_page_calls(py::module_& module) {
     module.def("straighten", &straighten, py::arg("image"), py::arg("corners"), py::arg("fill"));
     module.def("binarize", &binarize, py::arg("image"), py::arg("method"), py::arg("window"), py::arg("k"));
     module.def("resolution", &resolution, py::arg("image"));
+    module.def("quality", &quality, py::arg("image"), py::arg("corners"));
 }
 
 }  // namespace pymorvane

@@ -120,6 +120,13 @@ def test_bad_input_raises_a_clear_exception(call, error, words):
         call()
 
 
+def test_quality_grades_the_page_or_the_whole_image():
+    photo = page_photo()
+    assert morvane.quality(photo) > 0.9
+    assert morvane.quality(photo, PAGE) >= morvane.quality(photo)  # blobs along the page edge do not count
+    assert morvane.quality(photo, [(0, 0), (100, 0), (100, 599), (0, 599)]) == 0.0  # the desk alone
+
+
 def ran_beside(call):
     """Whether this thread ran while call ran in another. With a switch
     interval longer than the call, only a call that releases the GIL lets it."""
@@ -154,6 +161,7 @@ def test_every_library_call_releases_the_gil(sample):
         "binarize": lambda: morvane.binarize(sample),
         "line_segments": lambda: morvane.line_segments(gray),
         "label_blobs": lambda: morvane.label_blobs(bitonal),
+        "quality": lambda: morvane.quality(sample),
         "read_image": lambda: morvane.read_image(SAMPLE),
     }
     assert [name for name, call in calls.items() if not ran_beside(call)] == []
