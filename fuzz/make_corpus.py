@@ -113,12 +113,17 @@ def corner_search(rng, kind, w, h, mode):
     return data + bytes(rng.randrange(256) for _ in range(3)) + u8(rng.randrange(2)) + tail(rng)
 
 
+def quality_evaluator(rng, kind, w, h, mode):
+    return page(rng, kind, w, h) + u8(rng.randrange(8)) + corners(rng, w, h, mode) + tail(rng)
+
+
 TARGETS = {
     "corner_search_fuzz": corner_search,
     "blob_calculator_fuzz": blob_calculator,
     "free_functions_fuzz": free_functions,
     "corrector_fuzz": corrector,
     "line_segments_fuzz": line_segments,
+    "quality_evaluator_fuzz": quality_evaluator,
 }
 
 
