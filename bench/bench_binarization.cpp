@@ -7,10 +7,6 @@
 // page and the program already hold.
 #include <benchmark/benchmark.h>
 
-#include <malloc.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstring>
 #include <functional>
@@ -24,6 +20,7 @@
 #include "common/basic_image.h"
 
 #include "gray_page_photo.h"
+#include "peak_memory.h"
 
 #ifdef MORVANE_HAVE_OPENCV
 #include <opencv2/core.hpp>
@@ -42,58 +39,10 @@ using bench_photo::kHeight;
 using bench_photo::kWidth;
 using bench_photo::page;
 
-// Resident kilobytes of this process: the current figure and its high-water mark.
-long status_kilobytes(const char* field) {
-    FILE* file = std::fopen("/proc/self/status", "r");
-    if (file == nullptr) return -1;
-    char line[256];
-    long value = -1;
-    const size_t length = std::strlen(field);
-    while (std::fgets(line, sizeof line, file) != nullptr)
-        if (std::strncmp(line, field, length) == 0) value = std::atol(line + length);
-    std::fclose(file);
-    return value;
-}
-
-// Runs work once in a forked child and answers how far it raised the
-// resident size, in megabytes (-1 when the figures cannot be read). The child
-// first gives its free heap back and fixes the allocator's mapping threshold,
-// so that what the method allocates is touched afresh and counted, then
-// resets its high-water mark.
-double peak_growth_mb(const std::function<void()>& work) {
-    int channel[2];
-    if (pipe(channel) != 0) return -1.0;
-    const pid_t child = fork();
-    if (child == 0) {
-        close(channel[0]);
-        mallopt(M_MMAP_THRESHOLD, 64 * 1024);
-        mallopt(M_TRIM_THRESHOLD, 64 * 1024);
-        malloc_trim(0);
-        if (FILE* clear = std::fopen("/proc/self/clear_refs", "w")) {
-            std::fputs("5", clear);
-            std::fclose(clear);
-        }
-        const long before = status_kilobytes("VmRSS:");
-        work();
-        const long peak = status_kilobytes("VmHWM:");
-        const long growth = (before < 0 || peak < 0) ? -1024 : peak - before;
-        if (write(channel[1], &growth, sizeof growth) != static_cast<ssize_t>(sizeof growth)) _exit(1);
-        _exit(0);
-    }
-    close(channel[1]);
-    long growth = -1024;
-    if (child > 0) {
-        if (read(channel[0], &growth, sizeof growth) != static_cast<ssize_t>(sizeof growth)) growth = -1024;
-        waitpid(child, nullptr, 0);
-    }
-    close(channel[0]);
-    return static_cast<double>(growth) / 1024.0;
-}
-
 // Times work and reports its memory growth beside the time.
 void run_entry(benchmark::State& state, const std::function<void()>& work) {
     page();  // built before the child is forked, so it is not counted
-    state.counters["peak_MB"] = peak_growth_mb(work);
+    state.counters["peak_MB"] = bench_memory::peak_growth_mb(work);
     for (auto _ : state) work();
 }
 
