@@ -114,7 +114,7 @@ def corner_search(rng, kind, w, h, mode):
 
 
 def quality_evaluator(rng, kind, w, h, mode):
-    return page(rng, kind, w, h) + u8(rng.randrange(8)) + corners(rng, w, h, mode) + tail(rng)
+    return page(rng, kind, w, h) + u8(rng.randrange(2)) + corners(rng, w, h, mode) + tail(rng)
 
 
 TARGETS = {

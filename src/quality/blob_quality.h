@@ -21,7 +21,7 @@ public:
     // A blob whose two-level coding costs more than this share of its
     // gradient coding is badly formed.
     void set_compression_threshold(double threshold) { compression_threshold = threshold; }
-    void set_binarization_method(BinarizationMethod binarization_method_) { binarization_method = binarization_method_; }
+    void set_binarization_method(BinarizationMethod method_) { binarization_method = method_; }
 
     // g / (g + b), g the well-formed and b the badly formed character blobs.
     // 0 when g < 4, when the text-like blobs that are characters at all make

@@ -121,7 +121,8 @@ TEST_F(ScanCommand, JsonReportsEveryFieldOnOneLine) {
     for (const char* field :
          {"{\"input\": \"page.png\", \"input_width\": 240, \"input_height\": 180, \"source\": \"given\", \"code\": null",
           "\"page_found\": true", "\"corners\": [[20,30],[219,30],[219,159],[20,159]]", "\"output\": \"out.jpg\"",
-          "\"output_width\": 200, \"output_height\": 130", "\"overlay\": \"o.png\"", "\"dpi\": null",
+          "\"output_width\": 200, \"output_height\": 130", "\"overlay\": \"o.png\"",
+          "\"dpi\": null, \"quality\": null, \"quality_of\": null",
           "\"times_ms\": {\"decode\": ", "\"rectify\": ", "\"encode\": ", "\"exit\": 0}"}) {
         EXPECT_NE(json.find(field), std::string::npos) << field << "\n" << json;
     }
@@ -198,7 +199,8 @@ TEST_F(ScanCommand, RunsAreRepeatableAndPngLevelChangesTheSizeNotThePixels) {
     EXPECT_LE(folder.read_bytes("small.png").size(), folder.read_bytes("one.png").size());
 }
 
-// The estimate reaches the summary, the JSON report and the progress line.
+// The estimate reaches the summary, the JSON report and the progress line;
+// the quality grade, of the page found or of the whole image, the report.
 // Rows of upright marks 12 pixels high (a little more once binarized) read
 // as about 300 * 12 / 22 dots per inch; a flat image shows no text: 300.
 TEST_F(ScanCommand, DpiReportsTheEstimateFromTheCharacterSize) {
@@ -216,10 +218,11 @@ TEST_F(ScanCommand, DpiReportsTheEstimateFromTheCharacterSize) {
     EXPECT_GE(dpi, 163);
     EXPECT_LE(dpi, 204);
     EXPECT_NE(run.out.find(std::to_string(dpi) + " dpi\n"), std::string::npos) << run.out;
-    const RunResult json = folder.run({"marks.png", "flat.png", "--dpi", "--json"});
+    const RunResult json = folder.run({"marks.png", "flat.png", "--dpi", "--quality", "--json"});
     ASSERT_EQ(json.out_lines().size(), 2u) << json.out;
     EXPECT_NE(json.out_lines()[0].find("\"dpi\": " + std::to_string(dpi) + ","), std::string::npos) << json.out;
-    EXPECT_NE(json.out_lines()[1].find("\"dpi\": 300,"), std::string::npos) << json.out;
+    EXPECT_NE(json.out_lines()[1].find("\"dpi\": 300, \"quality\": 0.0000, \"quality_of\": \"image\""), std::string::npos)
+        << json.out;
     const RunResult batch = folder.run({"marks.png", "flat.png", "--dpi"});
     EXPECT_NE(batch.out.find(", 300 dpi, "), std::string::npos) << batch.out;
 }
