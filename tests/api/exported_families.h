@@ -172,10 +172,10 @@ inline void run_line_segments(void* handle, const PhotographedPage& photo, Answe
     put(answer, lines.get(), 7 * static_cast<size_t>(count));
 }
 
+// One grade a use: each reads the whole photo at full size.
 inline void run_quality(void* handle, const PhotographedPage& photo, Answer& answer) {
     const ImageCApi input = photo.record();
     const ControlPointCorners corners = caller_corners(photo);
-    put(answer, evaluate_image_quality(handle, &input));
     put(answer, evaluate_image_quality_given_corners(handle, &input, &corners));
 }
 
