@@ -97,13 +97,15 @@ void OminBinarization::adjust_parameters_from_estimated_character() {
 }
 
 void OminBinarization::multi_scale_binarization(const common::Image& gray) {
+    // The blob calculator marks scales 0 to 5.
+    if (para.minimum_scale < 0 || para.maximum_scale > 5) throw "scale level out of range";
     const int start = para.minimum_scale;
     const int f = kFactors[start];
     scale_map.reset(gray.get_height() / f, gray.get_width() / f, common::GRAY, 300, 300);
 
     // The window stays the same at every scale, so that its reach doubles
-    // with each level.
-    int window = character.window_size / f;
+    // with each level. An estimate of less than a pixel gets the smallest.
+    int window = std::max(character.window_size / f, 1);
     if (window % 2 == 0) ++window;
 
     // Each coarser scale takes components up to four times as many pixels;
