@@ -105,18 +105,6 @@ bool engine_method_offered(int method) {
     return offered[method] == 1;
 }
 
-bool binarization_offered(const std::string& method) {
-    const int number = method == "multiscale" ? 1 : 0;
-    static int offered[2] = {-1, -1};
-    if (offered[number] < 0) {
-        offered[number] = answers([&] {
-            binarize_page(page_on_table(), number, 0, -1.0f);
-            return true;
-        }) ? 1 : 0;
-    }
-    return offered[number] == 1;
-}
-
 bool resolution_estimate_offered() {
     static const bool offered = answers([] { return estimate_resolution(text_without_edges()) != 300; });
     return offered;

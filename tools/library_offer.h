@@ -6,8 +6,6 @@
 #ifndef MORVANE_TOOLS_LIBRARY_OFFER_H
 #define MORVANE_TOOLS_LIBRARY_OFFER_H
 
-#include <string>
-
 namespace scan {
 
 // The corrector finds a page by its edges (the edge-only mode).
@@ -19,9 +17,6 @@ bool text_search_offered();
 
 // The corner search method (0 to 7) finds a plain page on a dark table.
 bool engine_method_offered(int method);
-
-// "sauvola" or "multiscale" binarizes a page without failing.
-bool binarization_offered(const std::string& method);
 
 // The resolution estimate measures the text of a page: on one whose
 // characters are half again as tall as at 300 dots per inch it answers

@@ -100,9 +100,6 @@ void check_available(const ScanOptions& options) {
         throw ScanError("--engine " + std::to_string(options.engine) +
                         " is not available in this build yet (morvane-scan --help lists the methods it has)");
     }
-    if (!options.binarize.empty() && !binarization_offered(options.binarize)) {
-        throw ScanError("--binarize " + options.binarize + " is not available in this build yet");
-    }
     if (options.dpi && !resolution_estimate_offered()) {
         throw ScanError("--dpi is not available in this build: the resolution estimate needs page analysis");
     }

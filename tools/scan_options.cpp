@@ -173,7 +173,7 @@ std::vector<Section> option_table() {
            },
            "--window N, --k K",
            {"window (default " + number(MORVANE_DEFAULT_BINARIZATION_WINDOW) + ") and k (default " +
-            number(MORVANE_DEFAULT_BINARIZATION_K) + ") of the method"}},
+            number(MORVANE_DEFAULT_BINARIZATION_K) + ") of the method;", "multiscale takes k and chooses its own window"}},
           {{"--k"}, true,
            [](ScanOptions& o, const std::string& v) {
                if (!parse_float(v, 0.0f, 1.0f, o.k)) throw usage("--k needs a number from 0 to 1, not '" + v + "'");
@@ -249,6 +249,9 @@ void check_combinations(const ScanOptions& options) {
         }
     }
     if ((options.has_window || options.has_k) && options.binarize.empty()) throw usage("--window and --k go with --binarize");
+    if (options.has_window && options.binarize == "multiscale") {
+        throw usage("--window goes with --binarize sauvola: the multi-scale method chooses its own window");
+    }
 }
 
 // The help's two columns: options start two places in, what they do at 25.
@@ -392,8 +395,7 @@ std::string help_text() {
         {"--engine " + offered_methods, true},
         {"--engine " + missing_methods, false},
         {"--fill", true},
-        {"--binarize sauvola", binarization_offered("sauvola")},
-        {"--binarize multiscale", binarization_offered("multiscale")},
+        {"--binarize sauvola, multiscale", true},
         {"--dpi", resolution_estimate_offered()},
         {"--corners, --overlay, reports", true},
     };

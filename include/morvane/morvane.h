@@ -348,10 +348,12 @@ MORVANE_API void obtain_downsampled_corrected_image(void* handle, ImageCApi* out
  * copied as it is). output: allocated by the caller as a 1-bit image of the
  * input's width and height (is_binary non-zero, rows padded to whole 32-bit
  * words); a set bit is ink. The output record's resolutions are written.
- * Throws const char* for a four-channel input, for an output of another kind
- * or size, and for method 1 (multi-scale), which this version lacks; an input
- * whose shorter side is under 4 pixels throws the C++ exception carrying
- * " The window size is too large".
+ * Method 1 (multi-scale) takes k but chooses its own window: it thresholds a
+ * pyramid of the page from fine to coarse, so that headlines many times the
+ * body size come out solid; its one-pixel frame is always paper.
+ * Throws const char* for a four-channel input and for an output of another
+ * kind or size; with method 0 an input whose shorter side is under 4 pixels
+ * throws the C++ exception carrying " The window size is too large".
  */
 MORVANE_API void obtain_binarized_corrected_image(void* handle, const ImageCApi* input, ImageCApi* output);
 

@@ -172,10 +172,11 @@ def binarize(image, method="sauvola", window=35, k=0.1):
     """Ink and paper: a bool array of the image's height and width, True for ink.
 
     method: "sauvola" (a threshold from the mean and deviation in a window
-        around each pixel) or "multiscale" (not in every version of the
-        library; when missing, MorvaneError says so).
-    window: side of the window in pixels, at least 1; windows above one
-        eleventh of the image's shorter side are narrowed to it.
+        around each pixel) or "multiscale" (the same at one window on a
+        pyramid of the page, so that large print stays solid; it chooses
+        its own window and keeps the one-pixel frame paper).
+    window: side of the Sauvola window in pixels, at least 1; windows above
+        one eleventh of the image's shorter side are narrowed to it.
     k: the weight of the deviation, from 0 to 1.
     A bitonal image comes back as it is.
     """

@@ -15,6 +15,8 @@ Binarization::Binarization(const common::Image* input, common::BasicImage* outpu
     if (output == nullptr) throw Geometricexception(kOutputIsEmpty);
 }
 
+Binarization::Binarization() : input(nullptr), output(nullptr), despeckle(true) {}
+
 void Binarization::set_images(const common::Image* input_, common::BasicImage* output_) {
     if (output_ == nullptr) throw Geometricexception(kOutputIsEmpty);
     input = input_;
@@ -24,6 +26,7 @@ void Binarization::set_images(const common::Image* input_, common::BasicImage* o
 Binarization::~Binarization() {}
 
 bool Binarization::run_binarization() {
+    if (output == nullptr || input == nullptr) throw Geometricexception(kOutputIsEmpty);
     gray_image = std::make_shared<common::BasicImage>(*input);
     if (input->get_image_type() == common::BINARY) {
         *output = *input;

@@ -21,7 +21,8 @@ public:
     // despeckling). Otherwise the output becomes a zero-filled BINARY image
     // of the source's size and resolutions, a gray working copy is made and
     // the method runs on it. False when the source has no gray form (BGRA,
-    // UNKNOWN); the output is then reset and empty.
+    // UNKNOWN); the output is then reset and empty. Without images (the
+    // default constructor) the output is empty and throws as above.
     bool run_binarization();
 
     // Points the binarizer at other images, for a caller that keeps one
@@ -38,6 +39,8 @@ public:
     bool get_despeckle() const { return despeckle; }
 
 protected:
+    // No images yet: set_images comes before the first run.
+    Binarization();
     // The method itself, on the gray working copy, into output.
     virtual bool run_binarization_imp(common::Image* gray) = 0;
 

@@ -1,6 +1,7 @@
 // The table from method number to binarizer.
 #include "binarization/binarization_enginee.h"
 
+#include "binarization/omin_binarization.h"
 #include "binarization/otsu_binarization.h"
 #include "binarization/sauvola_binarization.h"
 #include "binarization/sauvola_binarization_original.h"
@@ -16,7 +17,7 @@ BinarizationEnginee::BinarizationEnginee(const common::Image* input, common::Bas
             binarization = new SauvolaBinarization(input, output);
             break;
         case OMIN:
-            // The multi-scale binarizer joins the table when it is built.
+            binarization = new OminBinarization(input, output);
             break;
         case SAUVOLA_ORIGINAL:
             binarization = new SauvolaBinarizationOriginal(input, output);

@@ -10,7 +10,7 @@ namespace geometric {
 class BinarizationEnginee {
 public:
     // Constructs the binarizer of the method's table entry. A number outside
-    // the table, or a method this build lacks (OMIN), leaves no binarizer.
+    // the table leaves no binarizer.
     BinarizationEnginee(const common::Image* input, common::BasicImage* output, BinarizationMethod method);
     ~BinarizationEnginee();
     BinarizationEnginee(const BinarizationEnginee&) = delete;

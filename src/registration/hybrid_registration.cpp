@@ -7,6 +7,7 @@
 #include <cstring>
 #include <memory>
 
+#include "binarization/omin_binarization.h"
 #include "binarization/sauvola_binarization.h"
 #include "common/int_truncation.h"
 #include "common/image_c_api_transformer.h"
@@ -25,7 +26,6 @@ const char* const kBgraToGray = "BGRA to grey level conversion nog implemented y
 const char* const kUnknownToGray = "an image of UNKNOWN type has no grey level";
 const char* const kFeatureBeforeEdge = "the edge search must run before the feature search";
 const char* const kOutputNotBasicImage = "the corrected image must be a BasicImage";
-const char* const kNoMultiScale = "the multi-scale binarization is not available in this version";
 const char* const kNoGrayToBinarize = "only 1-bit, gray and RGB images can be binarized";
 const char* const kBinaryOutputSize = "the binarized image must be a 1-bit image of the input's size";
 
@@ -423,16 +423,24 @@ int HybridRegistration::perform_correction_on_downsampled_gray_image(common::Ima
 }
 
 void HybridRegistration::obtain_binarized_corrected_image(const common::Image& input, common::Image& output) {
-    if (binarization_method != 0) throw kNoMultiScale;
     common::BasicImage* target = dynamic_cast<common::BasicImage*>(&output);
     if (target == nullptr) throw kOutputNotBasicImage;
     // The binarizer resets its output; a caller's buffer must never become
     // ours, so the result is made in an owned image and copied over.
     common::BasicImage result;
-    geometric::SauvolaBinarization sauvola(&input, &result);
-    sauvola.set_window_size(binarization_window);
-    sauvola.set_k(binarization_k);
-    if (!sauvola.run_binarization()) throw kNoGrayToBinarize;
+    bool binarized = false;
+    if (binarization_method == 0) {
+        geometric::SauvolaBinarization sauvola(&input, &result);
+        sauvola.set_window_size(binarization_window);
+        sauvola.set_k(binarization_k);
+        binarized = sauvola.run_binarization();
+    } else {
+        // The multi-scale method chooses its own window.
+        geometric::OminBinarization omin(&input, &result);
+        omin.set_k(binarization_k);
+        binarized = omin.run_binarization();
+    }
+    if (!binarized) throw kNoGrayToBinarize;
     if (target->get_data() == nullptr || target->get_image_type() != common::BINARY ||
         target->get_height() != result.get_height() || target->get_width() != result.get_width())
         throw kBinaryOutputSize;

@@ -133,9 +133,10 @@ public:
     // the correction's own fill colour; 0 when no working image exists.
     int perform_correction_on_downsampled_gray_image(common::Image& output);
     // Binarizes input into output (a BINARY image of input's size) with the
-    // method, k and window set on the handle: method 0 is the fast Sauvola.
-    // Throws const char* for the multi-scale method, which this version
-    // lacks, for a BGRA or UNKNOWN input and for an output of another kind.
+    // method, k and window set on the handle: method 0 is the fast Sauvola,
+    // method 1 the multi-scale one, which takes k but not the window.
+    // Throws const char* for a BGRA or UNKNOWN input and for an output of
+    // another kind.
     void obtain_binarized_corrected_image(const common::Image& input, common::Image& output);
 
     // Dots per inch of the bound input, times the rate: from the text

@@ -134,7 +134,7 @@ TEST(CorrectorFamily, WorkingImageVariantsResolutionAndVanishingPoints) {
     destroy_corrector(handle);
 }
 
-TEST(CorrectorFamily, BinarizesWithSauvolaIntoTheCallersBufferOrRefuses) {
+TEST(CorrectorFamily, BinarizesByEitherMethodIntoTheCallersBufferOrRefuses) {
     // A dark square (gray 20) on paper (gray 220), 100 columns: 16 bytes a row.
     Buffer page(100, 80, 1, 220);
     for (int y = 30; y < 50; ++y) std::memset(&page.pixels[static_cast<size_t>(y) * 100 + 40], 20, 20);
@@ -162,7 +162,13 @@ TEST(CorrectorFamily, BinarizesWithSauvolaIntoTheCallersBufferOrRefuses) {
     EXPECT_THROW(obtain_binarized_corrected_image(corrector, &page.record, &wrong_size), const char*);
     EXPECT_THROW(obtain_binarized_corrected_image(corrector, &page.record, &gray_output), const char*);
     EXPECT_THROW(obtain_binarized_corrected_image(corrector, &bgra.record, &output), const char*);
+    // The multi-scale method: the square solid, the paper and the frame clear.
     set_binarization_method(corrector, 1);
-    EXPECT_THROW(obtain_binarized_corrected_image(corrector, &page.record, &output), const char*);
+    obtain_binarized_corrected_image(corrector, &page.record, &output);
+    for (int y = 0; y < 80; ++y)
+        for (int x = 0; x < 100; ++x) {
+            const bool ink = (bits[static_cast<size_t>(y) * 16 + x / 8] >> (7 - x % 8)) & 1;
+            ASSERT_EQ(ink, y >= 30 && y < 50 && x >= 40 && x < 60) << x << "," << y;
+        }
     destroy_corrector(corrector);
 }

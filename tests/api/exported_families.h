@@ -177,6 +177,13 @@ inline const std::vector<Family>& all() {
         {"version", nullptr, nullptr, run_version},
         {"free functions", nullptr, nullptr, run_free_functions},
         {"corrector", corrector_create, destroy_corrector, run_corrector},
+        {"corrector, multi-scale binarization",
+         [] {
+             void* handle = corrector_create();
+             set_binarization_method(handle, 1);
+             return handle;
+         },
+         destroy_corrector, run_corrector},
         {"corner search 0", [] { return create_corner_search_enginee(0); }, destroy_corner_search_enginee,
          run_corner_search},
         {"corner search 6", [] { return create_corner_search_enginee(6); }, destroy_corner_search_enginee,
