@@ -9,6 +9,8 @@
 
 #include "common/constants.h"
 #include "components/connected_component_calculator.h"
+#include "pageanalysis/hqc_pageanalysis.h"
+#include "pageanalysis/page_analysis_component_factory.h"
 #include "pixel/geo_morphological.h"
 
 namespace geometric {
@@ -54,6 +56,53 @@ ResolutionEstimator::ResolutionEstimator(int minimum_character_size_, int maximu
       minimum_peak_share(minimum_peak_share_),
       scale_levels(scale_levels_) {}
 
+void ResolutionEstimator::estimate_character_size(const common::Image& image,
+                                                  const std::vector<std::shared_ptr<common::BasicImage>>& pyramid,
+                                                  EstimatedCharacter& estimate) const {
+    // The coarsest level first: body text big enough to be seen there
+    // settles the matter at the least cost.
+    const int n = static_cast<int>(pyramid.size());
+    if (n == 0) {
+        estimate_character_size(image, 0, estimate);
+    } else {
+        estimate_character_size(*pyramid[n - 1], n, estimate);
+        if (estimate.character_class == 0) estimate_character_size(n > 1 ? *pyramid[n - 2] : image, n - 1, estimate);
+    }
+    if (estimate.character_class != 0) return;
+    const int longer = std::max(image.get_height(), image.get_width());
+    estimate.window_size = longer < 2000 ? 25 : longer < 2500 ? 35 : longer < 3000 ? 45 : longer < 4000 ? 55 : 65;
+}
+
+void ResolutionEstimator::estimate_character_size(const common::Image& image, int level,
+                                                  EstimatedCharacter& estimate) const {
+    geometric_test::iHQCPageAnalysis analysis(std::make_shared<geometric_test::PageAnalysisComponentFactory>(
+        std::make_shared<OminBinarization>()));
+    analysis.dilation_iterations = 2;
+    analysis.area_floor = 3;
+    analysis.lower_area_factor = 0.3f;
+    analysis.upper_area_factor = 5.0f;
+    analysis.erosion_size = 8;
+    analysis.minimum_pixels = 5;
+    analysis.maximum_height = analysis.maximum_width = 128;
+    analysis.neighborhood_size = 5;
+    analysis.use_mean_as_foreground = true;
+    analysis.minimum_disparity = 30;
+    analysis.classify_by_area = false;
+    const std::shared_ptr<geometric_test::TextBlobCollector> collector = analysis.perform_page_analysis(image);
+
+    common::BasicImage text(image.get_height(), image.get_width(), common::BINARY);
+    for (const TextBlob& blob : collector->regular_blobs)
+        if (blob.component != nullptr) blob.component->draw_blob_image(text);
+    std::vector<int> heights;
+    std::vector<int> widths;
+    const int count = retrieve_blob_dimension_histogram(text, heights, widths, false);
+    if (count == 0) {
+        estimate.character_class = 0;
+        return;
+    }
+    estimate_from_dimensions(heights, widths, count, level, estimate);
+}
+
 void ResolutionEstimator::estimate_character_size(Pageanalysis* analysis, int level,
                                                   EstimatedCharacter& estimate) const {
     std::vector<int> heights;
@@ -67,6 +116,13 @@ void ResolutionEstimator::estimate_character_size(Pageanalysis* analysis, int le
         return;
     }
     estimate_from_dimensions(heights, widths, static_cast<int>(heights.size()), level, estimate);
+}
+
+void ResolutionEstimator::estimate_window_for_binarization(const common::Image& gray, const ImagePyramid& pyramid,
+                                                           EstimatedCharacter& estimate) {
+    EstimatedCharacter found{0, 0};
+    ResolutionEstimator(15, 205, 0.05f, pyramid.levels).estimate_character_size(gray, pyramid.images, found);
+    estimate = found;
 }
 
 int ResolutionEstimator::retrieve_blob_dimension_histogram(const common::Image& binary, std::vector<int>& heights,

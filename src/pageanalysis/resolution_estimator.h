@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+#include "binarization/omin_binarization.h"
 #include "common/basic_image.h"
 #include "common/image.h"
 #include "pageanalysis/pageanalysis.h"
@@ -33,14 +34,10 @@ public:
         std::int32_t scale_level = 0;  // 0..6: sizes are of the page halved this often
     };
 
-    // The decision: the class (0 nothing usable, 1 weak evidence with a
-    // compromise window, 2 heights decided, 3 widths decided, 4 heights and
-    // widths agree) and the window. A window above 0 on entry counts as
-    // already present where weak evidence keeps what is there.
-    struct EstimatedCharacter {
-        std::int32_t character_class = 0;
-        std::int32_t window_size = 0;
-    };
+    // The decision, the record that the multi-scale binarization reads. A
+    // window above 0 on entry counts as already present where weak evidence
+    // keeps what is there.
+    typedef OminBinarization::EstimatedCharacter EstimatedCharacter;
 
     // Sizes in pixels of the full-size page; scale_levels is the number of
     // levels of the pyramid in use, 0 to 6.
@@ -53,9 +50,19 @@ public:
     void estimate_character_size(const common::Image& image,
                                  const std::vector<std::shared_ptr<common::BasicImage>>& pyramid,
                                  EstimatedCharacter& estimate) const;
+    // The regular blobs of an iHQC analysis of image (a level of the
+    // pyramid, binarized by the multi-scale method), drawn and measured
+    // again; class 0 without any.
+    void estimate_character_size(const common::Image& image, int level, EstimatedCharacter& estimate) const;
     // The regular blobs of the analysis's regular list, their boxes' heights
     // and widths, at the given level; class 0 without regular blobs.
     void estimate_character_size(Pageanalysis* analysis, int level, EstimatedCharacter& estimate) const;
+
+    // The multi-scale binarization's estimate: sizes 15 to 205, a peak
+    // share of 0.05, over its pyramid, from an empty estimate (a fresh
+    // binarization's window of 35 is no evidence).
+    static void estimate_window_for_binarization(const common::Image& gray, const ImagePyramid& pyramid,
+                                                 EstimatedCharacter& estimate);
 
     // One height and one width a component of a BINARY image (dilated
     // first when asked); answers the component count.

@@ -2,6 +2,8 @@
 // decision between heights and widths, and rendered pages of known sizes.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <memory>
 #include <vector>
 
 #include "pageanalysis/area_pageanalysis.h"
@@ -13,14 +15,11 @@ namespace {
 using geometric::ResolutionEstimator;
 typedef ResolutionEstimator::CharacterInfo Info;
 
-ResolutionEstimator estimator(int levels = 0, float share = 0.05f) { return ResolutionEstimator(15, 205, share, levels); }
-
-Info info_at(int level, int from_widths) {
-    Info info;
-    info.scale_level = level;
-    info.from_widths = from_widths;
-    return info;
+ResolutionEstimator estimator(int levels = 0, float share = 0.05f) {
+    return ResolutionEstimator(15, 205, share, levels);
 }
+
+Info info_at(int level, int from_widths) { return Info{0, 0, 0, 0, 0, 0, from_widths, level}; }
 
 }  // namespace
 
@@ -92,40 +91,77 @@ TEST(ResolutionEstimator, AWeakBodyPeakGivesWayToASmallerOne) {
 }
 
 TEST(ResolutionEstimator, HeightsAndWidthsDecideTheClass) {
-    const auto with = [](int from_widths, int scenders, int mass, int first, int second, int total, int window,
-                         int level = 0) {
-        Info info = info_at(level, from_widths);
-        info.has_scenders = scenders;
-        info.peak_mass = mass;
-        info.first_peak_count = first;
-        info.second_peak_count = second;
-        info.total_count = total;
-        info.window_size = window;
-        return info;
-    };
+    // Info: scenders, peak mass, first and second peak counts, window, total count, from widths, level.
     struct Case {
         Info heights, widths;
         int levels, window_in, klass, window;
     } cases[] = {
-        {with(0, 0, 9, 9, 0, 20, 23), with(1, 0, 9, 9, 0, 20, 19), 0, 0, 0, 0},            // no scenders
-        {with(0, 1, 9, 9, 0, 60, 23), with(1, 0, 9, 9, 0, 60, 19), 0, 0, 2, 23},           // heights alone, 15%
-        {with(0, 1, 9, 9, 0, 60, 23, 1), with(1, 0, 9, 9, 0, 60, 19, 1), 0, 0, 1, 23},     // 15% is short at level 1
-        {with(0, 0, 9, 9, 0, 20, 23), with(1, 1, 2, 2, 0, 20, 19), 0, 0, 1, 19},           // widths alone, weak
-        {with(0, 0, 9, 9, 0, 20, 23), with(1, 1, 2, 2, 0, 20, 19), 0, 35, 1, 35},          // weak keeps a window
-        {with(0, 0, 9, 9, 0, 20, 23, 2), with(1, 1, 2, 2, 0, 20, 19, 2), 2, 0, 0, 0},      // weak at the last level
-        {with(0, 1, 14, 9, 5, 20, 23), with(1, 1, 10, 9, 1, 20, 19), 0, 0, 4, 23},         // agree
-        {with(0, 1, 9, 9, 0, 20, 23), with(1, 1, 13, 9, 0, 20, 19), 0, 0, 4, 19},          // widths lead
-        {with(0, 1, 4, 4, 0, 20, 23), with(1, 1, 6, 6, 0, 20, 19), 0, 0, 3, 19},           // widths decide
-        {with(0, 1, 44, 9, 0, 20, 23), with(1, 1, 4, 4, 0, 20, 19), 0, 0, 0, 23},          // far apart at the last level
-        {with(0, 1, 44, 9, 0, 20, 23, 1), with(1, 1, 4, 4, 0, 20, 19, 1), 2, 0, 2, 23},    // not the last level
-        {with(0, 1, 3, 2, 0, 20, 21), with(1, 1, 1, 1, 0, 20, 27), 0, 0, 1, 23},           // weak: mean window 22, odd
-        {with(0, 1, 3, 2, 0, 20, 21, 1), with(1, 1, 1, 1, 0, 20, 27, 1), 1, 35, 0, 23},    // weak at the last level
+        {{0, 9, 9, 0, 23, 20, 0, 0}, {0, 9, 9, 0, 19, 20, 1, 0}, 0, 0, 0, 0},      // no scenders
+        {{1, 9, 9, 0, 23, 60, 0, 0}, {0, 9, 9, 0, 19, 60, 1, 0}, 0, 0, 2, 23},     // heights alone, 15%
+        {{1, 9, 9, 0, 23, 60, 0, 1}, {0, 9, 9, 0, 19, 60, 1, 1}, 0, 0, 1, 23},     // 15% is short at level 1
+        {{0, 9, 9, 0, 23, 20, 0, 0}, {1, 2, 2, 0, 19, 20, 1, 0}, 0, 0, 1, 19},     // widths alone, weak
+        {{0, 9, 9, 0, 23, 20, 0, 0}, {1, 2, 2, 0, 19, 20, 1, 0}, 0, 35, 1, 35},    // weak keeps a window
+        {{0, 9, 9, 0, 23, 20, 0, 2}, {1, 2, 2, 0, 19, 20, 1, 2}, 2, 0, 0, 0},      // weak at the last level
+        {{1, 14, 9, 5, 23, 20, 0, 0}, {1, 10, 9, 1, 19, 20, 1, 0}, 0, 0, 4, 23},   // agree
+        {{1, 9, 9, 0, 23, 20, 0, 0}, {1, 13, 9, 0, 19, 20, 1, 0}, 0, 0, 4, 19},    // widths lead
+        {{1, 4, 4, 0, 23, 20, 0, 0}, {1, 6, 6, 0, 19, 20, 1, 0}, 0, 0, 3, 19},     // widths decide
+        {{1, 44, 9, 0, 23, 20, 0, 0}, {1, 4, 4, 0, 19, 20, 1, 0}, 0, 0, 0, 23},    // far apart at the last level
+        {{1, 44, 9, 0, 23, 20, 0, 1}, {1, 4, 4, 0, 19, 20, 1, 1}, 2, 0, 2, 23},    // not the last level
+        {{1, 3, 2, 0, 21, 20, 0, 0}, {1, 1, 1, 0, 27, 20, 1, 0}, 0, 0, 1, 23},     // weak: mean window 22, odd
+        {{1, 3, 2, 0, 21, 20, 0, 1}, {1, 1, 1, 0, 27, 20, 1, 1}, 1, 35, 0, 23},    // weak at the last level
     };
     for (const Case& c : cases) {
-        ResolutionEstimator::EstimatedCharacter estimate;
-        estimate.window_size = c.window_in;
+        ResolutionEstimator::EstimatedCharacter estimate{2, c.window_in};
         estimator(c.levels).combine_heights_and_widths(c.heights, c.widths, estimate);
         EXPECT_EQ(estimate.character_class, c.klass) << &c - cases;
         EXPECT_EQ(estimate.window_size, c.window) << &c - cases;
+    }
+}
+
+TEST(ResolutionEstimator, MultiScaleBinarizationTakesTheBodySizeOfRenderedPagesAsWindow) {
+    struct Case {
+        int width, body, glyph, stroke, headline;
+    } cases[] = {{1000, 16, 12, 2, 0}, {1000, 24, 16, 3, 0}, {1000, 40, 26, 5, 0}, {1000, 22, 14, 3, 64},
+                 {1600, 40, 26, 5, 0}};
+    for (const Case& c : cases) {
+        support::TextPageSpec spec;
+        spec.width = c.width, spec.right = c.width - 80;
+        spec.height = c.width * 4 / 5;
+        spec.body_height = c.body, spec.glyph_width = c.glyph, spec.stroke = c.stroke, spec.line_pitch = 2 * c.body;
+        spec.lines = (spec.height - 200) / spec.line_pitch;
+        spec.headline_height = c.headline, spec.headline_stem = 6;
+        const support::TextPage page = support::make_text_page(spec);
+        common::BasicImage bitonal;
+        geometric::OminBinarization binarization(&page.gray, &bitonal);
+        binarization.set_character_estimate(&ResolutionEstimator::estimate_window_for_binarization);
+        binarization.run_binarization();
+        EXPECT_GE(binarization.get_estimated_character().character_class, 2) << c.body;
+        EXPECT_NEAR(binarization.get_estimated_character().window_size, c.body, c.width / 1000) << c.body;
+    }
+}
+
+TEST(ResolutionEstimator, APageAnalysisGivesTheBodySizeOfItsRegularBlobs) {
+    const support::TextPage page = support::make_text_page(support::TextPageSpec());
+    geometric::AreaPageanalysis analysis(&page.ink, nullptr);
+    analysis.dilate = false;
+    analysis.run_page_analysis();
+    ResolutionEstimator::EstimatedCharacter estimate{0, 0};
+    estimator().estimate_character_size(&analysis, 0, estimate);
+    EXPECT_EQ(estimate.character_class, 2);  // glyphs 14 wide: under the smallest size of 15
+    EXPECT_EQ(estimate.window_size, 23);
+    analysis.filter.regular_blobs.clear();
+    estimator().estimate_character_size(&analysis, 0, estimate);
+    EXPECT_EQ(estimate.character_class, 0);
+}
+
+TEST(ResolutionEstimator, APageWithoutTextTakesItsWindowFromItsGreaterSide) {
+    const int sides[][2] = {{1999, 25}, {2000, 35}, {2500, 45}, {3000, 55}, {4000, 65}};
+    for (const auto& side : sides) {
+        common::BasicImage blank(16, side[0], common::GRAY);
+        std::fill(blank.get_data(), blank.get_data() + blank.get_data_size(), 220);
+        ResolutionEstimator::EstimatedCharacter estimate{2, 0};
+        estimator().estimate_character_size(blank, std::vector<std::shared_ptr<common::BasicImage>>(), estimate);
+        EXPECT_EQ(estimate.character_class, 0);
+        EXPECT_EQ(estimate.window_size, side[1]) << side[0];
     }
 }
