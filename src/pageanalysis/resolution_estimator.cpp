@@ -23,19 +23,6 @@ int sum_of(std::vector<int>::const_iterator first, std::vector<int>::const_itera
     return std::accumulate(first, last, 0);
 }
 
-// Each inner bin the mean of itself and its neighbours, the left one already
-// smoothed; then the ends of both histograms across the seam between them.
-void smooth_histograms(std::vector<int>& small, std::vector<int>& main) {
-    for (std::vector<int>* histogram : {&small, &main})
-        for (std::size_t i = 1; i + 1 < histogram->size(); ++i)
-            (*histogram)[i] = ((*histogram)[i - 1] + (*histogram)[i] + (*histogram)[i + 1]) / 3;
-    if (main.size() < 2) return;
-    main[0] = (main[0] + small.back() + main[1]) / 3;
-    main.back() = (main[main.size() - 2] + 2 * main.back()) / 3;
-    small[0] = (small[1] + 2 * small[0]) / 3;
-    small.back() = (small.back() + small[small.size() - 2] + main[0]) / 3;
-}
-
 // Share of the blobs in the body peak that decides a histogram, by scale
 // level: coarser levels have fewer and rougher blobs.
 float share_limit(int level) {
@@ -164,7 +151,7 @@ int ResolutionEstimator::estimate_character_size_via_histogram(const std::vector
     std::vector<int> small;
     std::vector<int> main;
     create_inferring_histograms(sizes, s0, s1, small, main);
-    if (smooth) smooth_histograms(small, main);
+    if (smooth) smooth_inferring_histograms(small, main);
     const int peak = search_bodytext_peak_in_histogram(main, s0, info);
     if (peak < 1) return 0;
 
@@ -209,6 +196,17 @@ void ResolutionEstimator::create_inferring_histograms(const std::vector<int>& si
     small[0] = small[1];
 }
 
+void ResolutionEstimator::smooth_inferring_histograms(std::vector<int>& small, std::vector<int>& main) {
+    for (std::vector<int>* histogram : {&small, &main})
+        for (std::size_t i = 1; i + 1 < histogram->size(); ++i)
+            (*histogram)[i] = ((*histogram)[i - 1] + (*histogram)[i] + (*histogram)[i + 1]) / 3;
+    if (main.size() < 2) return;
+    main[0] = (main[0] + small.back() + main[1]) / 3;
+    main.back() = (main[main.size() - 2] + 2 * main.back()) / 3;
+    small[0] = (small[1] + 2 * small[0]) / 3;
+    small.back() = (small.back() + small[small.size() - 2] + main[0]) / 3;
+}
+
 int ResolutionEstimator::search_bodytext_peak_in_histogram(const std::vector<int>& histogram, int offset,
                                                            CharacterInfo& info) {
     const double none = 1.7976931348623157e308;
@@ -229,8 +227,8 @@ int ResolutionEstimator::search_bodytext_peak_in_histogram(const std::vector<int
         if (dl == 0) rise = i == 1 ? 1 : 1 + (h > histogram[i - 2] ? h - histogram[i - 2] : h);
         if (dr == 0 && i + 2 < n) dr = h - (h > histogram[i + 2] ? histogram[i + 2] : 0);
         const int z = offset + i;
-        const double score = (std::log(static_cast<double>(z + rise)) + 1.0 + std::log(static_cast<double>(z + 1 + dr))) /
-                             static_cast<double>(histogram[i - 1] + h + histogram[i + 1] + 1);
+        const double mass = histogram[i - 1] + h + histogram[i + 1] + 1;
+        const double score = (std::log(double(z + rise)) + 1.0 + std::log(double(z + 1 + dr))) / mass;
         if (score < best_score) {
             if (best >= 0) {
                 second = best;

@@ -80,6 +80,10 @@ public:
     // are dropped); small[0] then takes the count of small[1].
     static void create_inferring_histograms(const std::vector<int>& sizes, int s0, int s1, std::vector<int>& small,
                                             std::vector<int>& main);
+    // Each inner bin the mean of itself and its neighbours, the left one
+    // already smoothed (integer division); then the ends of both histograms
+    // across the seam between them. No caller of the library smooths.
+    static void smooth_inferring_histograms(std::vector<int>& small, std::vector<int>& main);
     // Each inner bin scored, local maxima only: score = (log(z + L) + 1 +
     // log(z + 1 + dr)) / (mass of the bin and its neighbours + 1), z the
     // size offset + i, L and dr the rise into and the fall out of the bin.
