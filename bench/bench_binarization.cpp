@@ -1,8 +1,9 @@
 // Binarization of a 1500x1125 gray page photo (the working-image size): Otsu
 // beside cv::threshold with THRESH_OTSU, and the quick Sauvola beside
 // Leptonica's pixSauvolaBinarize (half-window 17, factor 0.2) and OpenCV's
-// contrib niBlackThreshold in its Sauvola variant (35x35, k 0.2), each peer
-// when it is installed. Every entry also reports, as the counter peak_MB, how
+// contrib niBlackThreshold in its Sauvola variant (35x35, k 0.2), and the
+// multi-scale method beside Leptonica's pixSauvolaBinarizeTiled (half-window
+// 17, factor 0.1, 4 by 3 tiles), each peer when it is installed. Every entry also reports, as the counter peak_MB, how
 // far one run raises the resident memory of a fresh process above what the
 // page and the program already hold.
 #include <benchmark/benchmark.h>
@@ -16,6 +17,7 @@
 #include <functional>
 #include <vector>
 
+#include "binarization/omin_binarization.h"
 #include "binarization/otsu_binarization.h"
 #include "binarization/quick_sauvola.h"
 #include "binarization/sauvola_binarization.h"
@@ -156,6 +158,14 @@ void BM_WolfBinarizationOriginal(benchmark::State& state) {
 }
 BENCHMARK(BM_WolfBinarizationOriginal)->Unit(benchmark::kMillisecond);
 
+// The multi-scale method through the frame: its pyramid, the threshold maps
+// from scale 1 on (the page is over 1000 pixels long), the scale map and the
+// full-size page.
+void BM_OminBinarization(benchmark::State& state) {
+    run_entry(state, [] { run_frame<geometric::OminBinarization>([](geometric::OminBinarization&) {}); });
+}
+BENCHMARK(BM_OminBinarization)->Unit(benchmark::kMillisecond);
+
 #ifdef MORVANE_HAVE_OPENCV
 cv::Mat opencv_page() { return cv::Mat(kHeight, kWidth, CV_8UC1, page().data()); }
 
@@ -186,13 +196,18 @@ BENCHMARK(BM_OpenCVNiBlackSauvola)->Unit(benchmark::kMillisecond);
 #endif
 
 #ifdef MORVANE_HAVE_LEPTONICA
-void BM_LeptonicaSauvola(benchmark::State& state) {
+PIX* leptonica_page() {
     PIX* pix = pixCreate(kWidth, kHeight, 8);
     l_uint32* words = pixGetData(pix);
     const int words_per_line = pixGetWpl(pix);
     for (int y = 0; y < kHeight; ++y)
         for (int x = 0; x < kWidth; ++x)
             SET_DATA_BYTE(words + y * words_per_line, x, page()[static_cast<size_t>(y) * kWidth + x]);
+    return pix;
+}
+
+void BM_LeptonicaSauvola(benchmark::State& state) {
+    PIX* pix = leptonica_page();
     run_entry(state, [pix] {
         PIX* binary = nullptr;
         pixSauvolaBinarize(pix, 17, 0.2f, 1, nullptr, nullptr, nullptr, &binary);
@@ -202,6 +217,18 @@ void BM_LeptonicaSauvola(benchmark::State& state) {
     pixDestroy(&pix);
 }
 BENCHMARK(BM_LeptonicaSauvola)->Unit(benchmark::kMillisecond);
+
+void BM_LeptonicaSauvolaTiled(benchmark::State& state) {
+    PIX* pix = leptonica_page();
+    run_entry(state, [pix] {
+        PIX* binary = nullptr;
+        pixSauvolaBinarizeTiled(pix, 17, 0.1f, 4, 3, nullptr, &binary);
+        benchmark::DoNotOptimize(binary);
+        pixDestroy(&binary);
+    });
+    pixDestroy(&pix);
+}
+BENCHMARK(BM_LeptonicaSauvolaTiled)->Unit(benchmark::kMillisecond);
 #endif
 
 }  // namespace

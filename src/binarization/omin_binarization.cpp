@@ -97,13 +97,15 @@ void OminBinarization::adjust_parameters_from_estimated_character() {
 }
 
 void OminBinarization::multi_scale_binarization(const common::Image& gray) {
+    // The blob calculator marks scales 0 to 5.
+    if (para.minimum_scale < 0 || para.maximum_scale > 5) throw "scale level out of range";
     const int start = para.minimum_scale;
     const int f = kFactors[start];
     scale_map.reset(gray.get_height() / f, gray.get_width() / f, common::GRAY, 300, 300);
 
     // The window stays the same at every scale, so that its reach doubles
-    // with each level.
-    int window = character.window_size / f;
+    // with each level. An estimate of less than a pixel gets the smallest.
+    int window = std::max(character.window_size / f, 1);
     if (window % 2 == 0) ++window;
 
     // Each coarser scale takes components up to four times as many pixels;
@@ -283,27 +285,36 @@ void OminBinarization::post_process_scale_empty_pixels() {
 // Pixel (x, y) of the page, frame excepted, is ink when its gray value is
 // below the threshold of its mark's scale s at (x / 2^s, y / 2^s), clamped
 // into that scale's map. The mark is read at (x / f, y / f), f being the
-// factor of the start scale.
+// factor of the start scale. Coordinates are never negative, so the
+// divisions are shifts.
 void OminBinarization::create_binary_image_from_scale(const common::Image& gray) {
+    // Of each mark, on the line in hand: the threshold line of its scale
+    // (null for 255 and for marks of no scale run), the scale, the last column.
+    struct MarkLine {
+        const unsigned char* thresholds = nullptr;
+        int scale = 0;
+        int last_x = -1;
+    };
+    MarkLine by_mark[256];
     const int height = gray.get_height();
     const int width = gray.get_width();
     const int start = para.minimum_scale;
-    const int f = kFactors[start];
     for (int y = 1; y < height - 1; ++y) {
+        for (std::size_t entry = 0; entry < threshold_maps.size(); ++entry) {
+            const common::BasicImage& threshold = *threshold_maps[entry];
+            MarkLine& line = by_mark[start + entry + 1];
+            line.scale = start + static_cast<int>(entry);
+            line.last_x = threshold.get_width() - 1;
+            const int ty = std::min(y >> line.scale, threshold.get_height() - 1);
+            line.thresholds = ty >= 0 && line.last_x >= 0 ? threshold.get_line_pointer(ty) : nullptr;
+        }
         const unsigned char* g = gray.get_line_pointer(y);
-        const unsigned char* marks = scale_map.get_line_pointer(y / f);
+        const unsigned char* marks = scale_map.get_line_pointer(y >> start);
         unsigned char* bits = output->get_line_pointer(y);
         for (int x = 1; x < width - 1; ++x) {
-            const int mark = marks[x / f];
-            if (mark == kNoText) continue;
-            const std::size_t entry = static_cast<std::size_t>(mark - 1 - start);
-            if (mark - 1 < start || entry >= threshold_maps.size()) continue;
-            const common::BasicImage& threshold = *threshold_maps[entry];
-            const int factor = kFactors[mark - 1];
-            const int tx = std::min(x / factor, threshold.get_width() - 1);
-            const int ty = std::min(y / factor, threshold.get_height() - 1);
-            if (tx < 0 || ty < 0) continue;
-            if (g[x] < threshold.get_line_pointer(ty)[tx]) set_bit(bits, x);
+            const MarkLine& line = by_mark[marks[x >> start]];
+            if (line.thresholds == nullptr) continue;
+            if (g[x] < line.thresholds[std::min(x >> line.scale, line.last_x)]) set_bit(bits, x);
         }
     }
 }

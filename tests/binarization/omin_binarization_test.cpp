@@ -10,7 +10,9 @@
 
 #include "binarization/omin_binarization.h"
 #include "binarization/sauvola_binarization.h"
+#include "common/geometricexception.h"
 #include "components/connected_component_calculator.h"
+#include "support/errors.h"
 #include "support/images.h"
 #include "support/text_pages.h"
 
@@ -120,6 +122,30 @@ TEST(OminBinarization, ScaleLimitsAndMarksOfALargePage) {
     EXPECT_EQ(marks.get_pixel(100, 75), 3u);  // the block fits only scale 2
     EXPECT_EQ(bits.get_pixel(200, 150), 1u);
     EXPECT_EQ(bits.get_pixel(600, 150), 0u);
+}
+
+// Little evidence (class 0 or 1) lets the search go two scales deeper, and
+// class 1 keeps the window at 25 or more; the window is made odd.
+TEST(OminBinarization, CharacterEstimateSetsTheWindowAndTheDepth) {
+    const common::BasicImage gray = support::text_page(60, 90, 3u);
+    struct Case { int character_class, window; std::size_t scales; double ceiling; };
+    const Case cases[] = {{2, 35, 4, 35 * 35}, {1, 11, 6, 25 * 25}, {1, 31, 6, 31 * 31}, {0, 40, 6, 41 * 41}};
+    for (const Case& c : cases) {
+        common::BasicImage bits;
+        OminBinarization omin(&gray, &bits);
+        omin.set_character_estimate([&c](const common::Image&, const ImagePyramid& pyramid,
+                                         OminBinarization::EstimatedCharacter& estimate) {
+            EXPECT_EQ(pyramid.levels, 0);
+            estimate = {c.character_class, c.window};
+        });
+        ASSERT_TRUE(omin.run_binarization());
+        ASSERT_EQ(omin.get_scale_constraints().size(), c.scales) << c.window;
+        EXPECT_EQ(omin.get_scale_constraints()[0].maximum_pixels, c.ceiling) << c.window;
+    }
+    common::BasicImage bgra(8, 8, common::BGRA), bits;
+    EXPECT_FALSE(OminBinarization(&bgra, &bits).run_binarization());
+    OminBinarization unbound;
+    EXPECT_EQ(support::thrown_text<Geometricexception>([&] { unbound.run_binarization(); }), "the output image is empty");
 }
 
 TEST(OminBinarization, MarksSpreadBreadthFirstInsideAPaperFrame) {
