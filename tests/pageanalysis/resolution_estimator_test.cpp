@@ -119,8 +119,7 @@ TEST(ResolutionEstimator, MultiScaleBinarizationTakesTheBodySizeOfRenderedPagesA
 TEST(ResolutionEstimator, APyramidIsReadFromItsCoarsestLevelAndABlankPageTakesTheWindowOfItsSize) {
     const support::TextPage page = support::make_text_page(support::TextPageSpec());
     // A pyramid whose coarsest level is blank: the next finer decides.
-    Pyramid pyramid{std::make_shared<common::BasicImage>(),
-                    std::make_shared<common::BasicImage>(200, 250, common::GRAY)};
+    Pyramid pyramid{std::make_shared<common::BasicImage>(), std::make_shared<common::BasicImage>(200, 250, common::GRAY)};
     geometric::ImageIntegerDownSampling::DownSampling2(page.gray, *pyramid[0]);
     ResolutionEstimator::EstimatedCharacter estimate{0, 0};
     estimator(2).estimate_character_size(page.gray, pyramid, estimate);
