@@ -59,7 +59,6 @@ TEST_F(ScanCommand, BadCommandLinesExitTwoWithOneLineAndWriteNothing) {
         {{"page.png", "--binarize", "otsu", "-o", "out.png"}, "--binarize needs 'sauvola' or 'multiscale'"},
         {{"page.png", "page.png", "-o", "out.png"}, "-o names one output"},
         {{"page.png", "--corners", kCorners, "--engine", "1"}, "--corners replaces the search"},
-        {{"page.png", "--classic-edges", "--engine", "1"}, "--classic-edges chooses the corrector's edge search"},
         {{"page.png", "--json", "--corners-only"}, "--json and --corners-only exclude each other"},
         {{"page.png", "--always-write"}, "--always-write needs an output"},
         {{"page.png", "-o"}, "-o needs a value"},
