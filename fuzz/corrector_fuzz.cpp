@@ -67,6 +67,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         set_filling_color(corrector, fill);
     }
     if (after & 64) set_filling_color(corrector, nullptr);
+    // The classic edge search instead of the staged one.
+    if (route & 4) set_line_registration(corrector, 0);
 
     // Route 0: one run; 1: edges, then text; 2: edges only; 3: no run, the
     // caller's corners alone.

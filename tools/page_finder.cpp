@@ -48,13 +48,14 @@ void check_page_size(int width, int height, int channels) {
 
 }  // namespace
 
-FindOutcome find_with_corrector(const Raster& image, bool edges_only) {
+FindOutcome find_with_corrector(const Raster& image, bool edges_only, bool classic_edges) {
     return call_library([&] {
         const ImageCApi input = image.c_api();
         FindOutcome outcome;
         {
             const Handle handle = corrector();
             if (edges_only) set_registration_method(handle.get(), 0);
+            if (classic_edges) set_line_registration(handle.get(), 0);
             outcome.code = run_projective_correction(handle.get(), &input);
             // 1: found and accepted; 2: already straight, the corners still hold.
             outcome.found = outcome.code == 1 || outcome.code == 2;
@@ -67,6 +68,7 @@ FindOutcome find_with_corrector(const Raster& image, bool edges_only) {
             // image ends them with 3 and no exception.
             const Handle probe = corrector();
             if (edges_only) set_registration_method(probe.get(), 0);
+            if (classic_edges) set_line_registration(probe.get(), 0);
             run_edge_searching(probe.get(), &input);
             if (!edges_only) run_feature_searching(probe.get());
         }

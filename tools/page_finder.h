@@ -17,8 +17,9 @@ struct FindOutcome {
     ControlPointCorners corners{};
 };
 
-// The corrector family: hybrid search, or the page edges alone.
-FindOutcome find_with_corrector(const Raster& image, bool edges_only);
+// The corrector family: hybrid search, or the page edges alone; by the
+// classic edge search instead of the staged one when `classic_edges`.
+FindOutcome find_with_corrector(const Raster& image, bool edges_only, bool classic_edges = false);
 // Rectifies with the caller's corners and fill colour (one byte a channel).
 Raster rectify_with_fill(const Raster& image, const ControlPointCorners& corners, const unsigned char* fill);
 

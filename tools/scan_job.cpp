@@ -60,7 +60,7 @@ void find(const Raster& image, const ScanOptions& options, JobReport& report) {
         return;
     }
     report.source = CornerSource::Corrector;
-    const FindOutcome outcome = find_with_corrector(image, options.edges_only);
+    const FindOutcome outcome = find_with_corrector(image, options.edges_only, options.classic_edges);
     report.searched = true;
     report.code = outcome.code;
     // Only a miss says which searches ran; the text search is asked about then.

@@ -127,6 +127,8 @@ std::vector<Section> option_table() {
            {"hybrid search: the page's edges, then its text", "(what this build has is listed at the end)"}},
           {{"--edges-only"}, false, [](ScanOptions& o, const std::string&) { o.edges_only = true; }, "--edges-only",
            {"search the page edges only"}},
+          {{"--classic-edges"}, false, [](ScanOptions& o, const std::string&) { o.classic_edges = true; },
+           "--classic-edges", {"find the edges by the classic Hough line search", "instead of the staged contour search"}},
           {{"--engine"}, true,
            [](ScanOptions& o, const std::string& v) {
                if (!parse_int(v, 0, 7, o.engine)) throw usage("--engine needs a method from 0 to 7, not '" + v + "'");
@@ -239,6 +241,9 @@ void check_combinations(const ScanOptions& options) {
         throw usage("--corners replaces the search; it goes with neither --engine nor --edges-only");
     }
     if (options.engine >= 0 && options.edges_only) throw usage("--engine and --edges-only exclude each other");
+    if (options.classic_edges && (options.has_corners || options.engine >= 0)) {
+        throw usage("--classic-edges chooses the corrector's edge search; it goes with neither --corners nor --engine");
+    }
     if (options.json && options.corners_only) throw usage("--json and --corners-only exclude each other");
     const bool writes = !options.output.empty() || !options.output_folder.empty();
     if (options.always_write && !writes) throw usage("--always-write needs an output (-o or -d)");

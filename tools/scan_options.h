@@ -27,6 +27,7 @@ struct ScanOptions {
     int fill[3] = {0, 0, 0};
 
     bool edges_only = false;
+    bool classic_edges = false;  // the corrector's classic edge search instead of the staged one
     int engine = -1;  // corner search method 0 to 7, -1 for the corrector
 
     std::string binarize;  // "", "sauvola" or "multiscale"

@@ -236,6 +236,17 @@ MORVANE_API int run_feature_searching(void* handle);
 MORVANE_API void set_registration_method(void* handle, int method);
 
 /*
+ * Which edge search runs, in both registration methods. 1 (the default), or
+ * any value but 0: the staged search, large blobs of a binary and of an edge
+ * contour image whose simplified outlines compete for the four sides (and,
+ * with edges alone, line segments). 0: the classic search, page-edge lines
+ * by a Hough transform over Canny edges or an adaptive binarization, each
+ * direction judged by where its opposite lines cross. Takes effect only
+ * before the handle's first run: the edge search made then is kept.
+ */
+MORVANE_API void set_line_registration(void* handle, int use);
+
+/*
  * type 1 (the default): corners come from the page-edge lines and every
  * result goes through the output check (inside the image when required,
  * convex, angles, area, size). Any other value: corners come from the

@@ -34,6 +34,8 @@ int run_feature_searching(void* handle) { return exported_code(driver(handle).ru
 
 void set_registration_method(void* handle, int method) { driver(handle).set_registration_method(method); }
 
+void set_line_registration(void* handle, int use) { driver(handle).use_line_registration = use; }
+
 void set_corner_type(void* handle, int type) { driver(handle).set_corner_type(type == 1); }
 
 void set_angle_disparity(void* handle, float horizontal, float vertical) {

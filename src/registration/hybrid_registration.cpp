@@ -16,6 +16,7 @@
 #include "pageanalysis/apriori_pageanalysis.h"
 #include "pageanalysis/area_pageanalysis.h"
 #include "pixel/image_integer_down_sampling.h"
+#include "registration/edge_registration.h"
 #include "registration/line_registration.h"
 
 namespace hybrid {
@@ -177,9 +178,12 @@ int HybridRegistration::run_feature_searching() {
 }
 
 void HybridRegistration::create_edge_registration() {
-    // The classic edge route is not part of the library yet: the staged
-    // search serves whatever use_line_registration says. Edge search alone
-    // adds the line stage; before a text search the contour stages decide.
+    if (use_line_registration == 0) {
+        edge_registration = new EdgeRegistration(downsampled_image);
+        return;
+    }
+    // Edge search alone adds the line stage; before a text search the
+    // contour stages decide.
     const geometric_test::OperationalBoundingEdgeRegistration::Method method =
         hybrid_method != HYBRID_EDGES_ONLY ? geometric_test::OperationalBoundingEdgeRegistration::BINARY_EDGE_SEARCH
                                            : geometric_test::OperationalBoundingEdgeRegistration::BINARY_EDGE_LINE_SEARCH;

@@ -19,7 +19,9 @@ namespace hybrid {
 
 // The shared thresholds plus the choice of the edge search object.
 struct HybridRegPara : public ProjectiveRegistrationPara {
-    // 0: the older edge registration; any other value: the line registration.
+    // 0: the classic edge registration (Hough lines, crossings of opposite
+    // edges); any other value: the staged line registration. Read when the
+    // first run makes the edge object, which then stays.
     int use_line_registration = 1;
 };
 
