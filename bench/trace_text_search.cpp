@@ -22,13 +22,14 @@
 
 #include "image_file.h"
 #include "registration/hybrid_registration.h"
+#include "text_search_stages.h"
 #include "textlines/margin_line_creator.h"
 #include "textlines/text_line_creator.h"
 
 namespace {
 
 using geometric::Geocoordinate;
-using Groups = std::vector<std::vector<Geocoordinate<float>>>;
+using bench_text::Groups;
 
 void print_direction(const char* name, const geometric::VanishingPointOutput& d, const Geocoordinate<double>& p) {
     std::printf(" %s[vp=%d par=%d angle=%.2f point=(%.0f,%.0f)]", name, d.has_vanishing_point ? 1 : 0,
@@ -122,31 +123,21 @@ int main(int argc, char** argv) {
                         static_cast<int>(line.position), line.line.line_angle(), line.x1, line.y1, line.x2, line.y2,
                         line.segment_length);
 
-        hybrid::FeatureRegistration feature(&work);
-        if (edges.downsampling_rate > 1) {
-            feature.para.apriori_binarization_k = 0.1f;
-            feature.para.apriori_is_full_resolution = false;
-        }
-        feature.registration_output = edge.registration_output;
-        feature.bounding_lines = edge.bounding_lines;
-        feature.bounding_line_property = edge.bounding_line_property;
-        feature.vanishing_points = edge.vanishing_points;
-        feature.bounding_vanishing_points = edge.bounding_vanishing_points;
-        feature.output_width = edge.output_width;
-        feature.output_height = edge.output_height;
-        feature.corners = edge.corners;
-        static_cast<geometric::ProjectiveRegistration&>(feature).para = edges;
-        feature.para.registration = edges;
-
-        const bool analysed = feature.execute_page_anlysis();
+        bench_text::TextSearch search(edges);
+        hybrid::FeatureRegistration& feature = search.feature;
+        const bool analysed = bench_text::run_stage(search, bench_text::PAGE_ANALYSIS);
         std::printf("page analysis: %d text blobs %zu\n", analysed ? 1 : 0,
                     analysed ? feature.page_analysis->filter.regular_blobs.size() : 0);
-        Groups groups;
-        const bool clustered = analysed && feature.execute_eigen_clustering(groups);
+        const Groups& groups = search.groups;
+        const bool clustered = analysed && bench_text::run_stage(search, bench_text::GROUPS);
         const hybrid::TextBox& box = feature.text_box;
         std::printf("groups: %d count %zu text box top(%.0f,%.0f) bottom(%.0f,%.0f) left(%.0f,%.0f) right(%.0f,%.0f)\n",
                     clustered ? 1 : 0, groups.size(), box.top.x, box.top.y, box.bottom.x, box.bottom.y, box.left.x,
                     box.left.y, box.right.x, box.right.y);
+        for (const auto& group : groups)
+            if (!group.empty())
+                std::printf("  group of %zu from (%.0f,%.0f) to (%.0f,%.0f)\n", group.size(), group.front().x,
+                            group.front().y, group.back().x, group.back().y);
         if (clustered) {
             std::vector<geometric::GeolineBase> lines;
             std::vector<double> weights;
@@ -158,9 +149,8 @@ int main(int argc, char** argv) {
                             lines[static_cast<std::size_t>(pairs[0].second)].line_angle());
             std::printf("\n");
 
-            bool formed = false;
-            const int horizontal = feature.perform_horizontal_vp_searching(groups, formed);
-            std::printf("horizontal: code %d", horizontal);
+            bench_text::run_stage(search, bench_text::HORIZONTAL);
+            std::printf("horizontal: code %d", search.horizontal);
             print_directions(feature.vanishing_points);
 
             geometric::MarginLineCreator creator(feature.para.margin, work.get_width(), work.get_height(),
@@ -171,15 +161,9 @@ int main(int argc, char** argv) {
             std::printf("margins: %d count %zu", margined ? 1 : 0, margins.size());
             for (const auto& m : margins) std::printf(" [angle %.2f x@0 %.0f]", m.line_angle(), m.x_at(0.0));
             std::printf("\n");
-            int vertical = feature.perform_vertical_vp_searching_via_margin_lines(groups);
-            std::printf("vertical from margins: code %d", vertical);
+            bench_text::run_stage(search, bench_text::VERTICAL);
+            std::printf("vertical: code %d", search.vertical);
             print_directions(feature.vanishing_points);
-            if (vertical == 0) {
-                bool again = false;
-                vertical = feature.perform_vertical_vp_searching_via_blob_analysis(again);
-                std::printf("vertical from blob columns: code %d", vertical);
-                print_directions(feature.vanishing_points);
-            }
         }
         const hybrid::FeatureRegistration& ran = *driver.feature_registration;
         std::printf("driver: code %d output %d preferred %d corners", code, ran.registration_output,
