@@ -151,6 +151,40 @@ BENCHMARK(BM_HybridUpToStage)
     ->ArgsProduct({{0, 1}, {0, 1, 2, 3, 4, 5, 6}})
     ->Unit(benchmark::kMillisecond);
 
+// The text search's stages 2 to 6 alone on the text-only photo, the run up
+// to the stage before done with the clock paused. The later stages take
+// about a millisecond, under the noise of the differences above; the long
+// paused set-up is why the iterations are fixed.
+void BM_TextStageAlone(benchmark::State& state) {
+    const bench_sample::Photo* p = photo_of(state);
+    if (p == nullptr) return;
+    const ImageCApi record = p->record();
+    const auto stage = static_cast<bench_text::Stage>(state.range(1) - 2);
+    bool reached = true;
+    for (auto _ : state) {
+        state.PauseTiming();
+        {
+            hybrid::HybridRegistration driver;
+            driver.set_input_image(record);
+            driver.run_edge_searching(false);
+            bench_text::TextSearch search(driver);
+            reached = true;
+            for (int s = 0; s < stage && reached; ++s)
+                reached = bench_text::run_stage(search, static_cast<bench_text::Stage>(s));
+            state.ResumeTiming();
+            if (reached) bench_text::run_stage(search, stage);
+            state.PauseTiming();
+        }
+        state.ResumeTiming();
+    }
+    state.counters["reached"] = reached ? 1 : 0;
+}
+BENCHMARK(BM_TextStageAlone)
+    ->ArgNames({"photo", "stage"})
+    ->ArgsProduct({{1}, {2, 3, 4, 5, 6}})
+    ->Iterations(10)
+    ->Unit(benchmark::kMillisecond);
+
 // Stage 1: the gray working image (gray conversion and down-sampling).
 void BM_WorkingImage(benchmark::State& state) {
     const ImageCApi record = photo().record();
