@@ -16,32 +16,11 @@ using Groups = std::vector<std::vector<geometric::Geocoordinate<float>>>;
 
 enum Stage { PAGE_ANALYSIS, GROUPS, HORIZONTAL, VERTICAL, CORNERS, STAGE_COUNT };
 
-// A feature object on the driver's working image, set up as the driver sets
-// it up before its run: the working image's parameters and everything the
-// edge search found. The driver's edge search must have run.
-inline void hand_over(const hybrid::HybridRegistration& driver, hybrid::FeatureRegistration& feature) {
-    if (driver.downsampling_rate > 1) {
-        feature.para.apriori_binarization_k = 0.1f;
-        feature.para.apriori_is_full_resolution = false;
-    }
-    const geometric::ProjectiveRegistration& edge = *driver.edge_registration;
-    feature.registration_output = edge.registration_output;
-    feature.bounding_lines = edge.bounding_lines;
-    feature.bounding_line_property = edge.bounding_line_property;
-    feature.vanishing_points = edge.vanishing_points;
-    feature.bounding_vanishing_points = edge.bounding_vanishing_points;
-    feature.output_width = edge.output_width;
-    feature.output_height = edge.output_height;
-    feature.corners = edge.corners;
-    static_cast<geometric::ProjectiveRegistration&>(feature).para = driver;
-    feature.para.registration = driver;
-}
-
+// The driver's own feature object, set up as for its run; the driver's edge
+// search must have run.
 struct TextSearch {
-    explicit TextSearch(const hybrid::HybridRegistration& driver) : feature(driver.downsampled_image) {
-        hand_over(driver, feature);
-    }
-    hybrid::FeatureRegistration feature;
+    explicit TextSearch(hybrid::HybridRegistration& driver) : feature(driver.prepare_feature_searching()) {}
+    hybrid::FeatureRegistration& feature;
     Groups groups;
     int horizontal = 0;
     int vertical = 0;

@@ -20,6 +20,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "edgelines/bounding_line_anchor_corner_calculator.h"
 #include "image_file.h"
 #include "registration/hybrid_registration.h"
 #include "text_search_stages.h"
@@ -86,6 +87,59 @@ void print_fit(const geometric::Pageanalysis& analysis, const hybrid::TextBox& b
         std::printf(" %s %.1f", names[k], unit > 0 ? d / unit : 0.0);
     }
     std::printf("\n");
+}
+
+// Which point of the text box each side passes through, as the corners
+// from text and lines are made: its anchor pushed outward once or twice, or
+// moved onto the bounding line of its side. A side through none of them
+// means the quadrilateral is not the text box.
+void print_text_box_sides(const hybrid::FeatureRegistration& feature) {
+    const std::vector<Geocoordinate<float>>& corners = feature.corners;
+    if (corners.size() != 4 || feature.page_analysis == nullptr) return;
+    const int width = feature.image->get_width(), height = feature.image->get_height();
+    int character_width = 0, character_height = 0;
+    feature.page_analysis->obtain_average_bounding_box(character_width, character_height);
+    // The text search's own expansion of the anchors: two character boxes, at most one beyond the sides.
+    const hybrid::CornerExpansion expansion{width, height, feature.para.clustering.median_spacing, true, 1, 2,
+                                            character_width, character_height};
+    const geometric::BoundingLineAnchorCornerCalculator onto_line(width, height);
+    const geometric::BoundingLineProperty& property = feature.bounding_line_property;
+    const struct {
+        const char* name;
+        Geocoordinate<float> anchor;
+        int index;
+        geometric::BoundingLinePosition position;
+        void (hybrid::CornerExpansion::*push)(Geocoordinate<float>&) const;
+    } sides[4] = {{"top", feature.text_box.top, property.top_index, geometric::TOP_BOUNDARY,
+                   &hybrid::CornerExpansion::expand_top},
+                  {"right", feature.text_box.right, property.right_index, geometric::RIGHT_BOUNDARY,
+                   &hybrid::CornerExpansion::expand_right},
+                  {"bottom", feature.text_box.bottom, property.bottom_index, geometric::BOTTOM_BOUNDARY,
+                   &hybrid::CornerExpansion::expand_bottom},
+                  {"left", feature.text_box.left, property.left_index, geometric::LEFT_BOUNDARY,
+                   &hybrid::CornerExpansion::expand_left}};
+    int matched = 0;
+    std::printf("sides through:");
+    for (int k = 0; k < 4; ++k) {
+        const auto& side = sides[k];
+        Geocoordinate<float> once = side.anchor;
+        (expansion.*side.push)(once);
+        Geocoordinate<float> twice = once;
+        (expansion.*side.push)(twice);
+        Geocoordinate<float> on_edge = once;
+        const bool has_edge = side.index >= 0 && side.index < static_cast<int>(feature.bounding_lines.size());
+        if (has_edge)
+            onto_line.obtainAnchorPoint(feature.bounding_lines[static_cast<std::size_t>(side.index)].line,
+                                        side.position, on_edge);
+        const auto on_side = [&](const Geocoordinate<float>& p) {
+            return std::fabs(inner_distance(corners[k], corners[(k + 1) % 4], p.x, p.y)) < 0.75;
+        };
+        const char* through = on_side(once) ? "pushed" : on_side(twice) ? "pushed twice"
+                              : has_edge && on_side(on_edge) ? "its edge" : "none";
+        matched += through[0] != 'n' ? 1 : 0;
+        std::printf(" %s %s,", side.name, through);
+    }
+    std::printf(" text box %s\n", matched == 4 ? "yes" : "no");
 }
 
 }  // namespace
@@ -171,6 +225,7 @@ int main(int argc, char** argv) {
         for (const auto& c : ran.corners) std::printf(" (%.0f,%.0f)", c.x, c.y);
         print_directions(ran.vanishing_points);
         if (ran.page_analysis != nullptr) print_fit(*ran.page_analysis, ran.text_box, ran.corners);
+        print_text_box_sides(ran);
 
         if (code == 1 || code == 2) {
             std::printf("{\"corners\": [");
