@@ -1,7 +1,8 @@
 // The page-edge search on a 12-megapixel phone photo (sample_photo.h), end
 // to end from the caller's record to the corners, and each of its stages
 // alone on the same photo, so that the share of each stage can be read off
-// the medians.
+// the medians; the whole hybrid run and its stages on the same photo and on
+// a text-only photo of the same size.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -9,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "common/basic_image.h"
@@ -18,6 +20,7 @@
 #include "registration/hybrid_registration.h"
 #include "registration/line_registration.h"
 #include "sample_photo.h"
+#include "text_search_stages.h"
 
 namespace {
 
@@ -75,24 +78,112 @@ void BM_EdgeSearch(benchmark::State& state) {
 }
 BENCHMARK(BM_EdgeSearch)->Unit(benchmark::kMillisecond);
 
-// The whole hybrid run: the edge search, then the text search when the
-// edges leave the page in doubt; the edge share is BM_EdgeSearch's.
+// The text-only photo: a page of the shared set whose frame lies wholly
+// inside the page, so that only its text tells the geometry, scaled like the
+// sample to 3000 x 4000; null when the shared set is not there.
+const bench_sample::Photo* text_only_photo() {
+    static const std::unique_ptr<bench_sample::Photo> scaled = [] {
+        auto p = std::make_unique<bench_sample::Photo>();
+        std::string problem;
+        if (!bench_sample::read_scaled_photo(MORVANE_SHARED_DIR "/pages/page_0001016.jpg", *p, problem)) p.reset();
+        return p;
+    }();
+    return scaled.get();
+}
+
+// Argument 0: the sample photo; 1: the text-only photo.
+const bench_sample::Photo* photo_of(benchmark::State& state) {
+    const bench_sample::Photo* p = state.range(0) == 0 ? &photo() : text_only_photo();
+    if (p == nullptr) state.SkipWithError("the shared set's text-only page is not there");
+    return p;
+}
+
+// The whole hybrid run through the shared library: the edge search, then the
+// text search unless the edges settle the page at once.
 void BM_HybridSearch(benchmark::State& state) {
-    const ImageCApi record = photo().record();
+    const bench_sample::Photo* p = photo_of(state);
+    if (p == nullptr) return;
+    const ImageCApi record = p->record();
     int result = 0;
     ControlPointCorners corners{};
     for (auto _ : state) {
         void* handle = corrector_create();
-        result = run_edge_searching(handle, &record);
-        result = run_feature_searching(handle);
+        result = run_projective_correction(handle, &record);
         obtain_four_corners(handle, &corners);
         destroy_corrector(handle);
         benchmark::DoNotOptimize(corners);
     }
     state.counters["result"] = result;
-    state.counters["corner_error_px"] = corner_error(corners);
+    if (state.range(0) == 0) state.counters["corner_error_px"] = corner_error(corners);
 }
-BENCHMARK(BM_HybridSearch)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_HybridSearch)->ArgName("photo")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+// The hybrid run up to and including one stage, from the caller's record:
+// 0 the working image, 1 the edge search, then the text search's stages
+// (text_search_stages.h): 2 page analysis, 3 eigenpoint groups, 4 text lines
+// and the horizontal search, 5 the vertical search, 6 the corners. A stage's
+// own time is the difference of two neighbouring medians (timing a stage
+// alone would pause the clock around seconds of set-up per iteration). The
+// counter `reached` is 0 when the text search's main line ends before the
+// last stage asked for.
+void BM_HybridUpToStage(benchmark::State& state) {
+    const bench_sample::Photo* p = photo_of(state);
+    if (p == nullptr) return;
+    const ImageCApi record = p->record();
+    const int last = static_cast<int>(state.range(1));
+    bool reached = true;
+    for (auto _ : state) {
+        hybrid::HybridRegistration driver;
+        driver.set_input_image(record);
+        driver.preprocessing();
+        if (last >= 1) driver.run_edge_searching(false);
+        if (last < 2) continue;
+        bench_text::TextSearch search(driver);
+        reached = true;
+        for (int s = 0; s <= last - 2 && reached; ++s)
+            reached = bench_text::run_stage(search, static_cast<bench_text::Stage>(s));
+        benchmark::DoNotOptimize(search.feature.corners.data());
+    }
+    state.counters["reached"] = reached ? 1 : 0;
+}
+BENCHMARK(BM_HybridUpToStage)
+    ->ArgNames({"photo", "stage"})
+    ->ArgsProduct({{0, 1}, {0, 1, 2, 3, 4, 5, 6}})
+    ->Unit(benchmark::kMillisecond);
+
+// The text search's stages 2 to 6 alone on the text-only photo, the run up
+// to the stage before done with the clock paused. The later stages take
+// about a millisecond, under the noise of the differences above; the long
+// paused set-up is why the iterations are fixed.
+void BM_TextStageAlone(benchmark::State& state) {
+    const bench_sample::Photo* p = photo_of(state);
+    if (p == nullptr) return;
+    const ImageCApi record = p->record();
+    const auto stage = static_cast<bench_text::Stage>(state.range(1) - 2);
+    bool reached = true;
+    for (auto _ : state) {
+        state.PauseTiming();
+        {
+            hybrid::HybridRegistration driver;
+            driver.set_input_image(record);
+            driver.run_edge_searching(false);
+            bench_text::TextSearch search(driver);
+            reached = true;
+            for (int s = 0; s < stage && reached; ++s)
+                reached = bench_text::run_stage(search, static_cast<bench_text::Stage>(s));
+            state.ResumeTiming();
+            if (reached) bench_text::run_stage(search, stage);
+            state.PauseTiming();
+        }
+        state.ResumeTiming();
+    }
+    state.counters["reached"] = reached ? 1 : 0;
+}
+BENCHMARK(BM_TextStageAlone)
+    ->ArgNames({"photo", "stage"})
+    ->ArgsProduct({{1}, {2, 3, 4, 5, 6}})
+    ->Iterations(10)
+    ->Unit(benchmark::kMillisecond);
 
 // Stage 1: the gray working image (gray conversion and down-sampling).
 void BM_WorkingImage(benchmark::State& state) {

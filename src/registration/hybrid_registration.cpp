@@ -129,27 +129,8 @@ int HybridRegistration::run_edge_searching(bool check) {
 int HybridRegistration::run_feature_searching() {
     if (preprocessing() < 0) return -1;
     if (edge_registration == nullptr) throw kFeatureBeforeEdge;
-    if (feature_registration == nullptr) create_feature_registration();
-    FeatureRegistration& feature = *feature_registration;
-    // A down-sampled working image is smooth already and its strokes fainter.
-    if (downsampling_rate > 1) {
-        feature.para.apriori_binarization_k = 0.1f;
-        feature.para.apriori_is_full_resolution = false;
-    }
+    FeatureRegistration& feature = prepare_feature_searching();
     const geometric::ProjectiveRegistration& edge = *edge_registration;
-
-    // Everything the edge search found is the feature search's starting point.
-    feature.registration_output = edge.registration_output;
-    feature.bounding_lines = edge.bounding_lines;
-    feature.bounding_line_property = edge.bounding_line_property;
-    feature.vanishing_points = edge.vanishing_points;
-    feature.bounding_vanishing_points = edge.bounding_vanishing_points;
-    feature.output_width = edge.output_width;
-    feature.output_height = edge.output_height;
-    feature.corners = edge.corners;
-    // Twice: the thresholds every registration reads, and the text route's copy.
-    static_cast<geometric::ProjectiveRegistration&>(feature).para = static_cast<const ProjectiveRegistrationPara&>(*this);
-    feature.para.registration = static_cast<const ProjectiveRegistrationPara&>(*this);
 
     geometric::RegistrationOutputType result = feature.run_registration();
     feature.registration_output = result;
@@ -175,6 +156,31 @@ int HybridRegistration::run_feature_searching() {
         }
     }
     return return_hybrid_result(result, true);
+}
+
+FeatureRegistration& HybridRegistration::prepare_feature_searching() {
+    if (feature_registration == nullptr) create_feature_registration();
+    FeatureRegistration& feature = *feature_registration;
+    // A down-sampled working image is smooth already and its strokes fainter.
+    if (downsampling_rate > 1) {
+        feature.para.apriori_binarization_k = 0.1f;
+        feature.para.apriori_is_full_resolution = false;
+    }
+    const geometric::ProjectiveRegistration& edge = *edge_registration;
+
+    // Everything the edge search found is the feature search's starting point.
+    feature.registration_output = edge.registration_output;
+    feature.bounding_lines = edge.bounding_lines;
+    feature.bounding_line_property = edge.bounding_line_property;
+    feature.vanishing_points = edge.vanishing_points;
+    feature.bounding_vanishing_points = edge.bounding_vanishing_points;
+    feature.output_width = edge.output_width;
+    feature.output_height = edge.output_height;
+    feature.corners = edge.corners;
+    // Twice: the thresholds every registration reads, and the text route's copy.
+    static_cast<geometric::ProjectiveRegistration&>(feature).para = static_cast<const ProjectiveRegistrationPara&>(*this);
+    feature.para.registration = static_cast<const ProjectiveRegistrationPara&>(*this);
+    return feature;
 }
 
 void HybridRegistration::create_edge_registration() {

@@ -79,6 +79,10 @@ public:
     int run_edge_searching(bool check);
     // Text features on the image bound before; the edge search must have run.
     int run_feature_searching();
+    // The feature object, made on the working image when missing, set up for
+    // its run: the working image's parameters and everything the edge search
+    // found. The edge search must have run.
+    FeatureRegistration& prepare_feature_searching();
 
     // Makes the gray working image once for the life of the handle: 2 when it
     // exists already (whatever input is bound now), -1 when the input is

@@ -2,10 +2,14 @@
 // text-like but no text, and a picture block is neither.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <memory>
 #include <vector>
 
 #include "common/basic_image.h"
+#include "binarization/sauvola_binarization.h"
 #include "pageanalysis/hqc_pageanalysis.h"
+#include "pageanalysis/page_analysis_component_factory.h"
 #include "support/text_pages.h"
 
 namespace {
@@ -73,4 +77,48 @@ TEST(HqcPageanalysis, SeparatesSharpGlyphsFaintInkAndPictures) {
     outside.run_page_analysis();
     EXPECT_EQ(outside.textlike_blobs, 0);
     EXPECT_EQ(outside.obtain_text_percentage_among_textlike_blobs(), 0.0);
+}
+
+// The newer analysis binarizes the gray page itself and has no picture
+// enhancement: it keeps the sharp glyphs and drops the faint ones as the
+// older one does, but a hatched picture of thin strokes, far larger in area
+// than any word, passes its size and thickness tests, while the older one
+// marks it picture by its area.
+TEST(IHqcPageAnalysis, ClassifiesGlyphsAsHqcDoesButKeepsAThinHatchedPicture) {
+    support::TextPageSpec spec;
+    spec.lines = 8;
+    support::TextPage page = support::make_text_page(spec);
+    constexpr int kFaintRows = 250, kHatchLeft = 400, kHatchTop = 500, kHatchSide = 120;
+    common::BasicImage binary(page.ink);
+    for (int y = 0; y < spec.height; ++y)
+        for (int x = 0; x < spec.width; ++x) {
+            if (y >= kFaintRows && page.ink.get_pixel(x, y) != 0) page.gray.set_pixel(x, y, kFaint);
+            const int u = x - kHatchLeft, v = y - kHatchTop;
+            if (u < 0 || v < 0 || u >= kHatchSide || v >= kHatchSide || (u % 6 >= 2 && v % 6 >= 2)) continue;
+            binary.set_pixel(x, y, 1);
+            page.gray.set_pixel(x, y, 40);
+        }
+    int sharp = 0;
+    for (const geometric::Geobox<int>& box : page.glyph_boxes) sharp += box.top < kFaintRows ? 1 : 0;
+    ASSERT_GT(sharp, 50);
+    // Sauvola's smoothing may widen the hatch by a pixel.
+    const auto is_hatch = [](const geometric::TextBlob& blob) { return std::abs(blob.box.left - kHatchLeft) <= 1; };
+
+    geometric::HqcPageanalysis older(&page.gray, &binary, nullptr);
+    older.para.select_text_blobs = false;
+    older.run_page_analysis();
+    EXPECT_EQ(static_cast<int>(older.filter.regular_blobs.size()), sharp);
+    for (const geometric::TextBlob& blob : older.filter.regular_blobs) EXPECT_FALSE(is_hatch(blob));
+
+    common::BasicImage unused;
+    auto sauvola = std::make_shared<geometric::SauvolaBinarization>(&page.gray, &unused);
+    geometric_test::iHQCPageAnalysis newer(std::make_shared<geometric_test::PageAnalysisComponentFactory>(sauvola));
+    const auto collector = newer.perform_page_analysis(page.gray);
+    EXPECT_EQ(static_cast<int>(collector->regular_blobs.size()), sharp + 1);
+    int hatches = 0;
+    for (const geometric::TextBlob& blob : collector->regular_blobs) {
+        hatches += is_hatch(blob) ? 1 : 0;
+        EXPECT_TRUE(is_hatch(blob) || blob.box.bottom < kFaintRows);
+    }
+    EXPECT_EQ(hatches, 1);
 }

@@ -150,3 +150,60 @@ TEST(FeatureVertical, VerticalTrustTestsAtTheirBoundaries) {
     EXPECT_TRUE(feature.is_previous_vertical_detection_trustable(30, 89.0f, 91.0f, 500.0f));
     EXPECT_FALSE(feature.is_previous_vertical_detection_trustable(30, 89.0f, 91.0f, 700.0f)) << "limit under half";
 }
+
+// The left and right edges join the vertical search when they lean like the
+// text within twice the tolerance (ten times with the flag), both ends
+// included, the longer edge first; margins are parallel up to exactly the
+// vertical tolerance, and then make the vertical direction parallel.
+TEST(FeatureVertical, EdgeIndicatorAndParallelMarginsAtTheirLimits) {
+    BasicImage input(800, 1000, common::GRAY);
+    FeatureRegistration feature(&input);
+    feature.para.angle_tolerance = 1.0f;
+    std::vector<GeolineBase> lines;
+    std::vector<double> weights;
+    EXPECT_FALSE(feature.can_provide_ver_boundingline_indicator(lines, weights, 90.0f, 90.0f, true)) << "no edges";
+    feature.bounding_lines.resize(2);
+    feature.bounding_lines[0].line = GeolineBase(1.0, 0.0, -100.0);  // upright, 100 long
+    feature.bounding_lines[0].segment_length = 100;
+    feature.bounding_lines[1].line = GeolineBase(1.0, 0.0, -900.0);  // upright, 300 long
+    feature.bounding_lines[1].segment_length = 300;
+    feature.bounding_line_property.left_index = 0;
+    feature.bounding_line_property.right_index = 1;
+    feature.bounding_line_property.vertical_lines = {0, 1};
+    struct Case {
+        float first, second;
+        bool flag;
+        std::size_t appended;
+        double first_c;  // the first appended edge: the longer of two
+    };
+    for (const Case& c : {Case{92.0f, 88.0f, false, 2, -900.0}, Case{92.5f, 88.0f, false, 1, -900.0},
+                          Case{92.5f, 87.5f, false, 0, 0.0}, Case{100.0f, 79.5f, true, 1, -100.0},
+                          Case{100.5f, 80.0f, true, 1, -900.0}}) {
+        lines.assign(1, GeolineBase(1.0, 0.0, -500.0));
+        weights.assign(1, 1.0);
+        const bool provided = feature.can_provide_ver_boundingline_indicator(lines, weights, c.first, c.second, c.flag);
+        EXPECT_EQ(provided, c.appended > 0) << c.first << " " << c.second;
+        ASSERT_EQ(lines.size(), 1 + c.appended) << c.first << " " << c.second;
+        EXPECT_EQ(weights.size(), lines.size());
+        if (c.appended > 0) {
+            EXPECT_EQ(lines[1].c, c.first_c) << c.first << " " << c.second;
+        }
+    }
+
+    const std::vector<GeolineBase> margins = {GeolineBase(1.0, 0.0, -150.0), GeolineBase(1.0, 0.012, -850.0)};
+    const float leaning = static_cast<float>(margins[1].line_angle());
+    const float limit = std::fabs(90.0f - leaning);
+    ASSERT_GT(limit, 0.5f);
+    std::vector<int> selected;
+    feature.para.registration.vertical_angle_disparity = std::nextafter(limit, 0.0f);
+    EXPECT_FALSE(feature.is_margin_line_parallel(margins, selected));
+    EXPECT_FALSE(feature.vanishing_points.vertical.is_parallel);
+    EXPECT_FALSE(feature.is_margin_line_parallel({margins[0]}, selected)) << "one margin";
+    feature.para.registration.vertical_angle_disparity = limit;
+    feature.vanishing_points.vertical.has_vanishing_point = true;
+    ASSERT_TRUE(feature.is_margin_line_parallel(margins, selected));
+    EXPECT_EQ(selected, (std::vector<int>{0, 1}));
+    EXPECT_FALSE(feature.vanishing_points.vertical.has_vanishing_point);
+    EXPECT_TRUE(feature.vanishing_points.vertical.is_parallel);
+    EXPECT_FLOAT_EQ(feature.vanishing_points.vertical.angle, 0.5f * (90.0f + leaning));
+}
