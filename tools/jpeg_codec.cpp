@@ -114,7 +114,7 @@ bool decode(const unsigned char* data, std::size_t size, DecodeState& s) {
         return false;
     }
     const std::size_t row = static_cast<std::size_t>(s.width) * static_cast<std::size_t>(s.components);
-    s.pixels = static_cast<unsigned char*>(std::malloc(row * static_cast<std::size_t>(s.height)));
+    s.pixels = allocate_pixels(row * static_cast<std::size_t>(s.height));
     if (!s.pixels) {
         std::strcpy(s.errors.message, "not enough memory for the decoded image");
         jpeg_destroy_decompress(&s.info);

@@ -122,7 +122,7 @@ bool decode(PngState& s) {
     png_read_update_info(s.png, s.info);
     s.channels = png_get_channels(s.png, s.info);
     const std::size_t row = png_get_rowbytes(s.png, s.info);
-    s.pixels = static_cast<unsigned char*>(std::malloc(row * static_cast<std::size_t>(s.height)));
+    s.pixels = allocate_pixels(row * static_cast<std::size_t>(s.height));
     s.rows = static_cast<png_bytep*>(std::malloc(sizeof(png_bytep) * static_cast<std::size_t>(s.height)));
     if (!s.pixels || !s.rows) {
         std::strcpy(s.message, "not enough memory for the decoded image");

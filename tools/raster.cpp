@@ -4,6 +4,10 @@
 #include <climits>
 #include <string>
 
+#if defined(__linux__)
+#include <sys/mman.h>
+#endif
+
 #include "scan_error.h"
 
 namespace scan {
@@ -25,6 +29,20 @@ bool raster_size_is_supported(int width, int height, int channels, bool binary) 
     return static_cast<std::size_t>(height) <= static_cast<std::size_t>(INT_MAX) / row;
 }
 
+unsigned char* allocate_pixels(std::size_t bytes) {
+#if defined(__linux__) && defined(MADV_HUGEPAGE)
+    constexpr std::size_t kLargePage = std::size_t(2) << 20;
+    if (bytes >= 4 * kLargePage) {
+        void* buffer = nullptr;
+        if (posix_memalign(&buffer, kLargePage, bytes) != 0) return nullptr;
+        // Only advice: where large pages are not to be had, small ones serve.
+        madvise(buffer, bytes / kLargePage * kLargePage, MADV_HUGEPAGE);
+        return static_cast<unsigned char*>(buffer);
+    }
+#endif
+    return static_cast<unsigned char*>(std::malloc(bytes));
+}
+
 Raster make_raster(int width, int height, int channels, bool binary) {
     if (!raster_size_is_supported(width, height, channels, binary)) {
         throw ImageProblem("image too large for memory (" + std::to_string(width) + " x " +
@@ -35,7 +53,7 @@ Raster make_raster(int width, int height, int channels, bool binary) {
     raster.height = height;
     raster.channels = binary ? 1 : channels;
     raster.binary = binary;
-    raster.data.reset(static_cast<unsigned char*>(std::malloc(raster.byte_count())));
+    raster.data.reset(allocate_pixels(raster.byte_count()));
     if (!raster.data) {
         throw ImageProblem("not enough memory for a " + std::to_string(width) + " x " +
                            std::to_string(height) + " image");

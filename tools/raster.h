@@ -46,6 +46,12 @@ std::size_t raster_row_bytes(int width, int channels, bool binary);
 // counts are 32-bit signed integers.
 bool raster_size_is_supported(int width, int height, int channels, bool binary);
 
+// An uninitialised pixel buffer of `bytes` bytes, released with std::free,
+// or null when memory runs out. A buffer of several megabytes is aligned to
+// and backed by the kernel's large pages where it offers them on request, so
+// that its first writing faults once every 2 MiB instead of every 4 KiB.
+unsigned char* allocate_pixels(std::size_t bytes);
+
 // Allocates an uninitialised raster. Throws ImageProblem when the size is
 // not supported ("too large") or memory runs out.
 Raster make_raster(int width, int height, int channels, bool binary = false);

@@ -84,11 +84,15 @@ void OtsuBinarization::obtain_threshold(const common::Image& gray, unsigned char
         if (since_merge + static_cast<unsigned>(width) > 0xffffffffull) merge();
         since_merge += static_cast<unsigned>(width);
         int x = 0;
-        for (; x + 4 <= width; x += 4) {
+        for (; x + 8 <= width; x += 8) {
             ++counts[0][line[x]];
             ++counts[1][line[x + 1]];
             ++counts[2][line[x + 2]];
             ++counts[3][line[x + 3]];
+            ++counts[0][line[x + 4]];
+            ++counts[1][line[x + 5]];
+            ++counts[2][line[x + 6]];
+            ++counts[3][line[x + 7]];
         }
         for (; x < width; ++x) ++counts[0][line[x]];
     }

@@ -276,7 +276,15 @@ void BasicImage::release() {
 }
 
 void BasicImage::invert() {
-    for (int i = 0; i < data_size; ++i) data[i] = static_cast<unsigned char>(~data[i]);
+    // Eight bytes a step: the complement of a word is the complement of each of its bytes.
+    int i = 0;
+    for (; i + 8 <= data_size; i += 8) {
+        uint64_t word;
+        std::memcpy(&word, data + i, sizeof word);
+        word = ~word;
+        std::memcpy(data + i, &word, sizeof word);
+    }
+    for (; i < data_size; ++i) data[i] = static_cast<unsigned char>(~data[i]);
 }
 
 unsigned char* BasicImage::get_pixel_pointer(int x, int y) const {

@@ -175,62 +175,56 @@ struct ColorLinearSampler : OneByOne<ColorLinearSampler> {
 #if defined(MORVANE_AVX_WARP)
 // color_linear_kernel on two neighbouring output pixels in the eight lanes of
 // the wider unit: channels 0 to 3 of the first pixel low, of the second
-// high, the same single-precision operations lane by lane. The integer masks
-// are bit operations on the float registers, which this unit has.
+// high, the same single-precision operations lane by lane.
 struct ColorLinearPairSampler : ColorLinearSampler {
     explicit ColorLinearPairSampler(const WarpJob& job) : ColorLinearSampler(job) {}
 
-    __attribute__((target("avx"))) void pair(const unsigned char* first, const unsigned char* second,
-                                             __m128 fractions, unsigned char* out, int) const {
-        const __m256 f = both(_mm_shuffle_ps(fractions, fractions, 0), _mm_shuffle_ps(fractions, fractions, 0xaa));
-        const __m256 g = both(_mm_shuffle_ps(fractions, fractions, 0x55), _mm_shuffle_ps(fractions, fractions, 0xff));
+    __attribute__((target("avx2"))) void pair(const unsigned char* first, const unsigned char* second,
+                                              __m128 fractions, unsigned char* out, int) const {
+        // fractions holds fx, fy of the first pixel and fx, fy of the second.
+        const __m256 lanes = _mm256_castps128_ps256(fractions);
+        const __m256 f = _mm256_permutevar8x32_ps(lanes, _mm256_setr_epi32(0, 0, 0, 0, 2, 2, 2, 2));
+        const __m256 g = _mm256_permutevar8x32_ps(lanes, _mm256_setr_epi32(1, 1, 1, 1, 3, 3, 3, 3));
         const __m256 one = _mm256_set1_ps(1.0f);
         const __m256 one_minus_f = _mm256_sub_ps(one, f), one_minus_g = _mm256_sub_ps(one, g);
-        const __m256 low_byte = _mm256_castsi256_ps(_mm256_set1_epi32(0xff));
+        const __m256i low_byte = _mm256_set1_epi32(0xff);
         __m256 left, right;
         channels(first, second, 0, left, right);
-        const __m256 top = _mm256_and_ps(interpolate(left, right, one_minus_f, f), low_byte);
+        const __m256i top = _mm256_and_si256(interpolate(left, right, one_minus_f, f), low_byte);
         channels(first, second, row_size, left, right);
-        const __m256 bottom = _mm256_and_ps(interpolate(left, right, one_minus_f, f), low_byte);
-        const __m256 value = interpolate(_mm256_cvtepi32_ps(_mm256_castps_si256(top)),
-                                         _mm256_cvtepi32_ps(_mm256_castps_si256(bottom)), one_minus_g, g);
-        const __m128i low = _mm256_castsi256_si128(_mm256_castps_si256(value));
-        const __m128i high = _mm256_extractf128_si256(_mm256_castps_si256(value), 1);
-        // 0..255 in every lane, so the saturating packs keep the values.
-        const __m128i words = _mm_packs_epi32(low, high);
-        const __m128i bytes = _mm_packus_epi16(words, words);
-        const int first_pixel = _mm_cvtsi128_si32(bytes);
-        const int second_pixel = _mm_cvtsi128_si32(_mm_srli_si128(bytes, 4));
-        // The first store's fourth byte is the second pixel's first, written next.
-        std::memcpy(out, &first_pixel, 4);
-        out[3] = static_cast<unsigned char>(second_pixel);
-        out[4] = static_cast<unsigned char>(second_pixel >> 8);
-        out[5] = static_cast<unsigned char>(second_pixel >> 16);
+        const __m256i bottom = _mm256_and_si256(interpolate(left, right, one_minus_f, f), low_byte);
+        const __m256i value =
+            interpolate(_mm256_cvtepi32_ps(top), _mm256_cvtepi32_ps(bottom), one_minus_g, g);
+        // 0..255 in every lane, so the saturating packs keep the values;
+        // then the three channels of each pixel side by side.
+        const __m128i words = _mm_packs_epi32(_mm256_castsi256_si128(value), _mm256_extracti128_si256(value, 1));
+        const __m128i bytes = _mm_shuffle_epi8(_mm_packus_epi16(words, words),
+                                               _mm_setr_epi8(0, 1, 2, 4, 5, 6, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1));
+        const int first_four = _mm_cvtsi128_si32(bytes);
+        const uint16_t last_two = static_cast<uint16_t>(_mm_extract_epi16(bytes, 2));
+        std::memcpy(out, &first_four, 4);
+        std::memcpy(out + 4, &last_two, 2);
     }
 
 private:
-    __attribute__((target("avx"))) static __m256 both(__m128 low, __m128 high) {
-        return _mm256_insertf128_ps(_mm256_castps128_ps256(low), high, 1);
-    }
     // Channels 0 to 3 of the pixel at offset and of its right neighbour, the
-    // first pixel's low, as load_channels gives them: one 8-byte load a
-    // pixel and a line, which stays inside the line as the pixel lies at
-    // least three pixels from its right end.
-    __attribute__((target("avx"))) static void channels(const unsigned char* first, const unsigned char* second,
-                                                        int offset, __m256& left, __m256& right) {
-        const __m128i own = _mm_setr_epi8(0, -1, -1, -1, 1, -1, -1, -1, 2, -1, -1, -1, 3, -1, -1, -1);
-        const __m128i next = _mm_setr_epi8(3, -1, -1, -1, 4, -1, -1, -1, 5, -1, -1, -1, 6, -1, -1, -1);
-        const __m128i a = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(first + offset));
-        const __m128i b = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(second + offset));
-        left = _mm256_cvtepi32_ps(
-            _mm256_insertf128_si256(_mm256_castsi128_si256(_mm_shuffle_epi8(a, own)), _mm_shuffle_epi8(b, own), 1));
-        right = _mm256_cvtepi32_ps(
-            _mm256_insertf128_si256(_mm256_castsi128_si256(_mm_shuffle_epi8(a, next)), _mm_shuffle_epi8(b, next), 1));
+    // first pixel's low, from sixteen bytes a pixel and a line. The pixel lies
+    // at least three pixels from its line's right end and at least one line
+    // above the last, so the bytes past its line belong to the next line.
+    __attribute__((target("avx2"))) static void channels(const unsigned char* first, const unsigned char* second,
+                                                         int offset, __m256& left, __m256& right) {
+        const __m256i own = _mm256_setr_epi8(0, -1, -1, -1, 1, -1, -1, -1, 2, -1, -1, -1, 3, -1, -1, -1,  //
+                                             0, -1, -1, -1, 1, -1, -1, -1, 2, -1, -1, -1, 3, -1, -1, -1);
+        const __m256i next = _mm256_setr_epi8(3, -1, -1, -1, 4, -1, -1, -1, 5, -1, -1, -1, 6, -1, -1, -1,  //
+                                              3, -1, -1, -1, 4, -1, -1, -1, 5, -1, -1, -1, 6, -1, -1, -1);
+        const __m256i bytes = _mm256_inserti128_si256(
+            _mm256_castsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(first + offset))),
+            _mm_loadu_si128(reinterpret_cast<const __m128i*>(second + offset)), 1);
+        left = _mm256_cvtepi32_ps(_mm256_shuffle_epi8(bytes, own));
+        right = _mm256_cvtepi32_ps(_mm256_shuffle_epi8(bytes, next));
     }
-    // The integer result's bits, kept in a float register.
-    __attribute__((target("avx"))) static __m256 interpolate(__m256 a, __m256 b, __m256 one_minus_f, __m256 f) {
-        return _mm256_castsi256_ps(
-            _mm256_cvttps_epi32(_mm256_add_ps(_mm256_mul_ps(one_minus_f, a), _mm256_mul_ps(f, b))));
+    __attribute__((target("avx2"))) static __m256i interpolate(__m256 a, __m256 b, __m256 one_minus_f, __m256 f) {
+        return _mm256_cvttps_epi32(_mm256_add_ps(_mm256_mul_ps(one_minus_f, a), _mm256_mul_ps(f, b)));
     }
 };
 #endif
@@ -391,15 +385,24 @@ void warp_rows_sse2(ProjectiveCorrection& correction, const WarpJob& job) {
 // warp_rows_sse2 two pixels at a time: the numerators and the denominator
 // travel in one register, (x, y, w, 0), and take the same column steps as
 // before, one addition a pixel; the two pixels' divisions are made in one
-// instruction. Lane by lane the same operations, so the same bits. Built
-// without fused multiply-add, which the unit would otherwise allow.
+// instruction. Lane by lane the same operations, so the same bits. Built for
+// the unit with its 256-bit integer instructions (AVX2) and without fused
+// multiply-add, which is a unit of its own and would change the roundings.
+// (a, b, c, 0) in the four lanes, by a masked load rather than a set: for
+// the set the compiler picks a register-to-register vmovq, an encoding that
+// valgrind 3.19 cannot decode, and the warp could not be profiled.
+__attribute__((target("avx2"))) inline __m256d three_and_zero(double a, double b, double c) {
+    const double lanes[3] = {a, b, c};
+    return _mm256_maskload_pd(lanes, _mm256_setr_epi64x(-1, -1, -1, 0));
+}
+
 template <int kBytes, bool kParallelogram, typename Sampler>
-__attribute__((target("avx"))) void warp_rows_avx(ProjectiveCorrection& correction, const WarpJob& job) {
+__attribute__((target("avx2"))) void warp_rows_avx(ProjectiveCorrection& correction, const WarpJob& job) {
     const int bytes = job.bytes<kBytes>();
     BorderOrFill<kBytes> border_or_fill(correction, job);
     Sampler sample(job);
-    const __m256d column_step = _mm256_set_pd(0.0, job.column_w, job.column_y, job.column_x);
-    const __m256d row_step = _mm256_set_pd(0.0, job.row_w, job.row_y, job.row_x);
+    const __m256d column_step = three_and_zero(job.column_x, job.column_y, job.column_w);
+    const __m256d row_step = three_and_zero(job.row_x, job.row_y, job.row_w);
     const __m256d inner_low = _mm256_set1_pd(1.0);
     const double inner_right = job.input_width - 2, inner_bottom = job.input_height - 2;
     const __m256d inner_high = _mm256_set_pd(inner_bottom, inner_right, inner_bottom, inner_right);
@@ -413,7 +416,7 @@ __attribute__((target("avx"))) void warp_rows_avx(ProjectiveCorrection& correcti
         border_or_fill(inside, _mm_cvtsi128_si32(floors), _mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 1)), target);
     };
     unsigned char* out = job.output;
-    __m256d base = _mm256_set_pd(0.0, 1.0, job.k.y0, job.k.x0);
+    __m256d base = three_and_zero(job.k.x0, job.k.y0, 1.0);
     for (int v = 0; v < job.output_height; ++v) {
         alignas(32) double start[4];
         _mm256_store_pd(start, base);
@@ -473,7 +476,7 @@ __attribute__((target("avx"))) void warp_rows_avx(ProjectiveCorrection& correcti
 template <int kBytes, typename Sampler, typename WideSampler = Sampler>
 void warp_sse2_with_sampler(ProjectiveCorrection& correction, const WarpJob& job) {
 #if defined(MORVANE_AVX_WARP)
-    if (__builtin_cpu_supports("avx")) {
+    if (__builtin_cpu_supports("avx2")) {
         if (job.k.parallelogram) {
             warp_rows_avx<kBytes, true, WideSampler>(correction, job);
         } else {

@@ -151,6 +151,47 @@ void slide_column_sums(uint32_t* sums, const unsigned char* entering, const unsi
     for (; j < count; ++j) sums[j] += static_cast<uint32_t>(entering[j]) - (leaving != nullptr ? leaving[j] : 0u);
 }
 
+// slide_column_sums, and at once prefix[j + 1] = prefix[0] + sums[0] + ... +
+// sums[j] with prefix[0] = 0, while the new sums are still in registers.
+void slide_and_prefix(uint32_t* sums, uint32_t* prefix, const unsigned char* entering, const unsigned char* leaving,
+                      int count) {
+    int j = 0;
+    uint32_t total = 0;
+    prefix[0] = 0;
+#if defined(__SSE2__)
+    const __m128i zero = _mm_setzero_si128();
+    __m128i carry = zero;
+    // Four new sums: stored, then their prefix in the lanes (two shifted
+    // additions) on top of the total so far.
+    const auto four = [&carry, sums, prefix](int at, __m128i in, __m128i out) {
+        __m128i* target = reinterpret_cast<__m128i*>(sums + at);
+        __m128i x = _mm_add_epi32(_mm_loadu_si128(target), _mm_sub_epi32(in, out));
+        _mm_storeu_si128(target, x);
+        x = _mm_add_epi32(x, _mm_slli_si128(x, 4));
+        x = _mm_add_epi32(x, _mm_slli_si128(x, 8));
+        x = _mm_add_epi32(x, carry);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(prefix + at + 1), x);
+        carry = _mm_shuffle_epi32(x, _MM_SHUFFLE(3, 3, 3, 3));
+    };
+    for (; j + 16 <= count; j += 16) {
+        const __m128i in = _mm_loadu_si128(reinterpret_cast<const __m128i*>(entering + j));
+        const __m128i out = leaving != nullptr ? _mm_loadu_si128(reinterpret_cast<const __m128i*>(leaving + j)) : zero;
+        const __m128i in_low = _mm_unpacklo_epi8(in, zero), in_high = _mm_unpackhi_epi8(in, zero);
+        const __m128i out_low = _mm_unpacklo_epi8(out, zero), out_high = _mm_unpackhi_epi8(out, zero);
+        four(j, _mm_unpacklo_epi16(in_low, zero), _mm_unpacklo_epi16(out_low, zero));
+        four(j + 4, _mm_unpackhi_epi16(in_low, zero), _mm_unpackhi_epi16(out_low, zero));
+        four(j + 8, _mm_unpacklo_epi16(in_high, zero), _mm_unpacklo_epi16(out_high, zero));
+        four(j + 12, _mm_unpackhi_epi16(in_high, zero), _mm_unpackhi_epi16(out_high, zero));
+    }
+    total = prefix[j];
+#endif
+    for (; j < count; ++j) {
+        sums[j] += static_cast<uint32_t>(entering[j]) - (leaving != nullptr ? leaving[j] : 0u);
+        total += sums[j];
+        prefix[j + 1] = total;
+    }
+}
+
 // A fresh GRAY image of the given size, or false when memory runs out.
 bool allocate_gray(common::BasicImage& image, int height, int width) {
     try {
@@ -170,12 +211,13 @@ void leave_empty(common::BasicImage& output) {
 
 }  // namespace
 
-// Ring of window_y + 1 lines of the summed-area table, counted from the
-// block's line skip_y and column skip_x: line L of the table holds, at j, the
-// sum of the block lines skip_y..L-1 over columns skip_x..skip_x+j-1. The
-// window sum of target (c, t) is then the four-corner rule on the table lines
-// t + window_y and t. Totals wrap around 32 bits harmlessly: every window sum
-// fits, and differences of wrapped totals are exact.
+// Window sums are exact integers, so the order in which they are added does
+// not reach the result: column sums over window_y block lines slide down the
+// block, one line in and one out, sixteen columns a step; prefix sums of them
+// along the line give each window sum as the difference of two prefixes,
+// which is the four-corner rule of a summed-area table on one table line.
+// Totals wrap around 32 bits harmlessly: every window sum fits, and
+// differences of wrapped totals are exact.
 int AverageFiltering::perform_averaging(const unsigned char* padded, int padded_width, int padded_height,
                                         unsigned char* target, int target_row, int target_height, int window_x,
                                         int window_y, int skip_x, int skip_y) {
@@ -183,45 +225,34 @@ int AverageFiltering::perform_averaging(const unsigned char* padded, int padded_
     const int lines = std::min(padded_height - window_y + 1 - skip_y, target_height);
     if (columns <= 0 || lines <= 0 || window_x < 1 || window_y < 1) return 0;
     const int span = columns + window_x - 1;
-    const size_t table_row = static_cast<size_t>(span) + 1;
-    const int ring = window_y + 1;
-    common::ScratchBuffer<uint32_t> table(table_row * ring);
+    // The column sums, then their prefixes, one more with the leading zero.
+    common::ScratchBuffer<uint32_t> table(2 * static_cast<size_t>(span) + 1);
     if (table.empty()) return -1;
+    uint32_t* const sums = table.get();
+    uint32_t* const prefix = sums + span;
     const TruncatingMean mean(static_cast<uint32_t>(window_x) * static_cast<uint32_t>(window_y));
 
-    std::memset(table.get(), 0, table_row * sizeof(uint32_t));
     const unsigned char* first = padded + static_cast<ptrdiff_t>(skip_y) * padded_width + skip_x;
-    for (int line = 0; line < lines + window_y - 1; ++line) {
-        // Table line line + 1 from table line line and the running sum of block line `line`.
-        const uint32_t* above = table.get() + static_cast<size_t>(line % ring) * table_row;
-        uint32_t* below = table.get() + static_cast<size_t>((line + 1) % ring) * table_row;
-        const unsigned char* source = first + static_cast<ptrdiff_t>(line) * padded_width;
-        uint32_t running = 0;
-        below[0] = 0;
-        for (int j = 0; j < span; ++j) {
-            running += source[j];
-            below[j + 1] = above[j + 1] + running;
-        }
-        const int t = line + 1 - window_y;
-        if (t < 0) continue;
-        const uint32_t* top = table.get() + static_cast<size_t>(t % ring) * table_row;
+    const auto block_line = [first, padded_width](int line) {
+        return first + static_cast<ptrdiff_t>(line) * padded_width;
+    };
+    std::memset(sums, 0, static_cast<size_t>(span) * sizeof(uint32_t));
+    for (int line = 0; line < window_y - 1; ++line) slide_column_sums(sums, block_line(line), nullptr, span);
+    for (int t = 0; t < lines; ++t) {
+        slide_and_prefix(sums, prefix, block_line(t + window_y - 1), t > 0 ? block_line(t - 1) : nullptr, span);
         unsigned char* out = target + static_cast<ptrdiff_t>(t) * target_row;
         int c = 0;
 #if defined(__SSE2__)
-        for (; c + 16 <= columns; c += 16) {
-            __m128i q[4];
-            for (int k = 0; k < 4; ++k) {
-                const int i = c + 4 * k;
-                const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(below + i + window_x));
-                const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(below + i));
-                const __m128i e = _mm_loadu_si128(reinterpret_cast<const __m128i*>(top + i + window_x));
-                const __m128i f = _mm_loadu_si128(reinterpret_cast<const __m128i*>(top + i));
-                q[k] = mean.divide.divide4(_mm_add_epi32(_mm_sub_epi32(a, b), _mm_sub_epi32(f, e)));
-            }
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(out + c), pack_quotients(q[0], q[1], q[2], q[3]));
-        }
+        const auto quotients = [&mean, prefix, window_x](int i) {
+            const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(prefix + i + window_x));
+            const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(prefix + i));
+            return mean.divide.divide4(_mm_sub_epi32(a, b));
+        };
+        for (; c + 16 <= columns; c += 16)
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(out + c),
+                             pack_quotients(quotients(c), quotients(c + 4), quotients(c + 8), quotients(c + 12)));
 #endif
-        for (; c < columns; ++c) out[c] = mean(below[c + window_x] - below[c] - top[c + window_x] + top[c]);
+        for (; c < columns; ++c) out[c] = mean(prefix[c + window_x] - prefix[c]);
     }
     return 0;
 }

@@ -42,7 +42,7 @@ public:
                                int window_x, int window_y);
 
     // Truncated window means of a block of padded_height lines of
-    // padded_width bytes, from a rolling table of window sums. The mean whose
+    // padded_width bytes, from column sums slid down the block. The mean whose
     // window starts at block column c and line t is written at
     // target[(t - skip_y) * target_row + (c - skip_x)], for c from skip_x and t
     // from skip_y up to the last window that fits the block, but at most

@@ -142,7 +142,27 @@ void compute_gradients(const common::Image& gray, int width, int height, int16_t
                       gray.get_line_pointer(y + 1 < height ? y + 1 : height - 1), width, column_sum,
                       column_difference, gx, gy);
         unsigned char* m = magnitude + offset;
-        for (int x = 0; x < width; ++x) m[x] = root[gx[x] * gx[x] + gy[x] * gy[x]];
+        int x = 0;
+#if defined(__SSE2__)
+        // The squares sixteen at a time in 16-bit lanes (2 * 128^2 = 32768
+        // still fits them unsigned), then the table one by one.
+        alignas(16) uint16_t squares[16];
+        for (; x + 16 <= width; x += 16) {
+            const __m128i h = _mm_loadu_si128(reinterpret_cast<const __m128i*>(gx + x));
+            const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(gy + x));
+            const auto square_sum = [](__m128i a, __m128i b) {
+                const __m128i a16 = _mm_srai_epi16(a, 8), b16 = _mm_srai_epi16(b, 8);
+                return _mm_add_epi16(_mm_mullo_epi16(a16, a16), _mm_mullo_epi16(b16, b16));
+            };
+            // Each byte moved to the high half of its lane, then shifted down with its sign.
+            _mm_store_si128(reinterpret_cast<__m128i*>(squares),
+                            square_sum(_mm_unpacklo_epi8(h, h), _mm_unpacklo_epi8(v, v)));
+            _mm_store_si128(reinterpret_cast<__m128i*>(squares + 8),
+                            square_sum(_mm_unpackhi_epi8(h, h), _mm_unpackhi_epi8(v, v)));
+            for (int k = 0; k < 16; ++k) m[x + k] = root[squares[k]];
+        }
+#endif
+        for (; x < width; ++x) m[x] = root[gx[x] * gx[x] + gy[x] * gy[x]];
     }
 }
 
@@ -336,11 +356,10 @@ void CannyEdgeDetector::perform_edge_detect(int low, int high, const common::Ima
     signed char* dx = reinterpret_cast<signed char*>(work.get() + line_bytes);
     signed char* dy = dx + count;
     unsigned char* magnitude = reinterpret_cast<unsigned char*>(dy + count);
+    // The marks start at 0, as the fresh image is, rather than 255: the
+    // hysteresis turns every mark but 128 into 0 in the end, so the bytes are
+    // the same, and the frame, never marked, is already 0.
     unsigned char* marks = result.get_data();
-    // The marks start at 0 rather than 255: the hysteresis turns every mark
-    // but 128 into 0 in the end, so the bytes are the same, and the frame,
-    // never marked, is already 0.
-    std::memset(marks, 0, count);
     compute_gradients(gray, width, height, line_buffer, dx, dy, magnitude);
     suppress_non_maxima(dx, dy, magnitude, marks, width, height, low);
     follow_from_seeds(marks, magnitude, width, height, low, high);
