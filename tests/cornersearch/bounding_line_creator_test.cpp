@@ -1,6 +1,5 @@
 // The page-edge lines of page photos, by Canny edges or, where the page
-// barely stands out, by the binarization; the record scaled to the image;
-// the measures of four lines.
+// barely stands out, by the binarization; the measures of four lines.
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -56,27 +55,6 @@ TEST(BoundingLineCreator, EachSideOfPagePhotosHasItsLine) {
         expect_sides(lines, c.page, c.tolerance);
         EXPECT_EQ(BoundingLineCreator::formulate_bounding_lines_via_edge_simplification(para, photo, simplified), clear);
         if (clear) expect_sides(simplified, c.page, 3.0);
-    }
-}
-
-// Ratios become pixels; a window wider than the shorter side m becomes
-// (m / 4) * 2 + 1, and 3 below 4; the blob size is at least 3.
-TEST(BoundingLineCreator, RecordIsScaledToTheImage) {
-    const struct {
-        int width, height, window;
-        float area, side, size;
-    } cases[] = {{60, 40, 21, 2400, 40, 3}, {10, 6, 3, 60, 6, 3}, {900, 500, 77, 450000, 500, 5}};
-    for (const auto& c : cases) {
-        CornerSearchPara para;
-        std::vector<BoundingLine> lines, partial;
-        const common::BasicImage flat = support::flat_image(c.height, c.width, 128);
-        EXPECT_FALSE(BoundingLineCreator::formulate_bounding_lines(para, flat, lines, partial));
-        EXPECT_EQ(para.binarization_window, c.window);
-        EXPECT_FLOAT_EQ(para.minimum_document_area, 0.05f * c.area);
-        EXPECT_FLOAT_EQ(para.minimum_blob_area_ratio, 0.25f * c.area);
-        EXPECT_FLOAT_EQ(para.minimum_blob_height_ratio, 0.05f * c.side);
-        EXPECT_FLOAT_EQ(para.minimum_blob_width_ratio, 0.025f * c.side);
-        EXPECT_FLOAT_EQ(para.minimum_blob_size_ratio, c.size);
     }
 }
 

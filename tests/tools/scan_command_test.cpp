@@ -157,16 +157,6 @@ TEST_F(ScanCommand, SeveralInputsGoToTheFolderWithAProgressLineEach) {
     EXPECT_EQ(folder.read_bytes("new/pages/second.png").substr(1, 3), "PNG");
 }
 
-TEST_F(ScanCommand, TwoInputsWithOneNameAreRefusedBeforeAnyWork) {
-    std::filesystem::create_directory(folder.path("a"));
-    std::filesystem::create_directory(folder.path("out"));
-    save_png(folder.path("a/page.png"), flat_image(20, 20, 9));
-    const RunResult run = folder.run({"page.png", "a/page.png", "--corners", kCorners, "-d", "out"});
-    EXPECT_EQ(run.exit_code, 2);
-    EXPECT_EQ(run.err, "morvane-scan: two results would both be written to 'out/page.png'\n");
-    EXPECT_TRUE(std::filesystem::is_empty(folder.path("out")));
-}
-
 TEST_F(ScanCommand, OverlayIsAReducedCopyWithTheOutlineDrawn) {
     save_png(folder.path("wide.png"), synthetic_page(2500, 1000, 3, 300, 200, 2199, 799));
     const RunResult run = folder.run({"wide.png", "--corners", "300,200,2199,200,2199,799,300,799", "--overlay", "o.png"});
