@@ -74,17 +74,4 @@ TEST(EignpointsCluster, LimitsOfTheWalk) {
     }
 }
 
-// The four points are noted from the input even when nothing groups; among
-// equal x the first counts.
-TEST(EignpointsCluster, NotesTheEndsOfTheInput) {
-    Points points = {{30, 5}, {10, 7}, {50, 1}, {10, 9}, {50, 3}, {20, 4}};
-    EignpointsCluster cluster(constraints(15.0f, 3.0f));
-    std::vector<Points> groups;
-    EXPECT_FALSE(cluster.perform_eignpoints_clustering(points, groups));
-    EXPECT_EQ(cluster.first_point.x, 30.0f);
-    EXPECT_EQ(cluster.last_point.x, 20.0f);
-    EXPECT_EQ(cluster.leftmost_point.y, 7.0f);
-    EXPECT_EQ(cluster.rightmost_point.y, 1.0f);
-}
-
 }  // namespace

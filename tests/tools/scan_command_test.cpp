@@ -177,16 +177,6 @@ TEST_F(ScanCommand, OverlayIsAReducedCopyWithTheOutlineDrawn) {
     EXPECT_EQ(pixel(10, 10), (std::vector<int>{40, 70, 55}));     // the table, untouched
 }
 
-TEST_F(ScanCommand, RunsAreRepeatableAndPngLevelChangesTheSizeNotThePixels) {
-    for (const char* output : {"one.png", "two.png"})
-        ASSERT_EQ(folder.run({"page.png", "--corners", "25,28,214,35,219,159,18,150", "-o", output}).exit_code, 0);
-    EXPECT_EQ(folder.read_bytes("one.png"), folder.read_bytes("two.png"));
-    ASSERT_EQ(folder.run({"page.png", "--corners", "25,28,214,35,219,159,18,150", "-o", "small.png", "--png-level", "9"})
-                  .exit_code, 0);
-    EXPECT_TRUE(same_pixels(load(folder.path("one.png")), load(folder.path("small.png"))));
-    EXPECT_LE(folder.read_bytes("small.png").size(), folder.read_bytes("one.png").size());
-}
-
 // The estimate reaches the summary, the JSON report and the progress line.
 // Rows of upright marks 12 pixels high (a little more once binarized) read
 // as about 300 * 12 / 22 dots per inch; a flat image shows no text: 300.
@@ -211,35 +201,6 @@ TEST_F(ScanCommand, DpiReportsTheEstimateFromTheCharacterSize) {
     EXPECT_NE(json.out_lines()[1].find("\"dpi\": 300,"), std::string::npos) << json.out;
     const RunResult batch = folder.run({"marks.png", "flat.png", "--dpi"});
     EXPECT_NE(batch.out.find(", 300 dpi, "), std::string::npos) << batch.out;
-}
-
-// The help's methods are those the library answers with on a page of its
-// own, and a method it lacks is refused before any work.
-TEST_F(ScanCommand, HelpListsTheEngineMethodsTheLibraryAnswersWith) {
-    const std::string help = folder.run({"--help"}).out;
-    const scan::Raster page = synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159);
-    const ImageCApi image = page.c_api();
-    std::string offered, missing;
-    for (int method = 0; method <= 7; ++method) {
-        void* engine = create_corner_search_enginee(method);
-        ControlPointCorners corners{};
-        std::string& list = perform_corner_searching(engine, &image, &corners) > 0 ? offered : missing;
-        destroy_corner_search_enginee(engine);
-        list += (list.empty() ? "" : ", ") + std::to_string(method);
-        if (&list == &offered) continue;
-        const RunResult run = folder.run({"page.png", "--engine", std::to_string(method), "-o", "o.png"});
-        EXPECT_EQ(run.exit_code, 2);
-        EXPECT_EQ(run.err, "morvane-scan: --engine " + std::to_string(method) +
-                               " is not available in this build yet (morvane-scan --help lists the methods it has)\n");
-    }
-    for (const auto& [methods, word] : {std::pair{offered, std::string("  available")}, std::pair{missing, std::string(" not available yet")}}) {
-        if (methods.empty()) continue;
-        const std::size_t start = help.find("\n  --engine " + methods + " ");
-        ASSERT_NE(start, std::string::npos) << methods << "\n" << help;
-        const std::string line = help.substr(start, help.find('\n', start + 1) - start);
-        EXPECT_EQ(line.substr(line.size() - word.size()), word) << line;
-    }
-    EXPECT_FALSE(folder.files().count("o.png"));
 }
 
 TEST_F(ScanCommand, FillColoursTheOutside) {
