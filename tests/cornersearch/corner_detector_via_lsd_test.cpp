@@ -119,6 +119,9 @@ TEST(LineSegmentManager, PeaksOfTheAngleHistogram) {
         {{{177, 5}, {178, 5}, {179, 5}, {90, 1}}, 178, 90},
         // A second peak in the vertical range still fills the other output.
         {{{60, 5}, {120, 4}}, 120, 60},
+        // The vertical range holds both its ends, 45 and 135.
+        {{{45, 5}, {150, 2}}, 150, 45},
+        {{{135, 5}, {20, 2}}, 20, 135},
     };
     CornerDetectorViaLsd::LineSegmentManager manager;
     for (const Case& c : cases) {
