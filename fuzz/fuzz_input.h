@@ -42,13 +42,6 @@ public:
     // A float from a byte: lo + (hi - lo) * b / 255, so every setter sees its
     // defaults, its clamping limits and values beyond them.
     float unit(float lo, float hi) { return lo + (hi - lo) * static_cast<float>(u8()) / 255.0f; }
-    // A float of any bit pattern but NaN and infinity, which no caller passes on purpose.
-    float any_finite() {
-        const uint32_t bits = u32();
-        float f;
-        std::memcpy(&f, &bits, sizeof f);
-        return std::isfinite(f) ? f : 0.0f;
-    }
 
     const uint8_t* rest() const { return data_ + pos_; }
     size_t rest_size() const { return size_ - pos_; }

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "morvane/morvane.h"
+#include "support/pixels.h"
 
 namespace families {
 
@@ -27,24 +28,12 @@ struct PhotographedPage {
         derive_gray_and_ink();
     }
 
-    // A tilted bright page with dark text strokes on a darker desk, with a
-    // little deterministic noise so that no two rows are alike.
-    PhotographedPage(int w, int h, int c) : width(w), height(h), channels(c), pixels(static_cast<size_t>(w) * h * c) {
-        unsigned state = 12345u;
-        for (int y = 0; y < h; ++y) {
-            for (int x = 0; x < w; ++x) {
-                state = state * 1103515245u + 12345u;
-                const double u = x - 0.08 * y, v = y + 0.05 * x;  // page coordinates, a few degrees off
-                const bool on_page = u > 0.1 * w && u < 0.85 * w && v > 0.1 * h && v < 0.9 * h;
-                const bool text = on_page && static_cast<int>(v) % 14 < 3 && u > 0.18 * w && u < 0.75 * w;
-                const int base = text ? 40 : (on_page ? 215 : 70);
-                for (int k = 0; k < c; ++k)
-                    pixels[(static_cast<size_t>(y) * w + x) * c + k] =
-                        static_cast<unsigned char>(base + static_cast<int>((state >> 16) % 9) - 4 + 3 * k);
-            }
-        }
-        derive_gray_and_ink();
-    }
+    // A tilted page with rows of dark strokes on a darker desk (the shared
+    // page photo), its channels each a little lifted.
+    PhotographedPage(int w, int h, int c)
+        : PhotographedPage(w, h, c,
+                           support::page_photo(w, h, support::quad(0.12 * w, 0.1 * h, 0.85 * w, 0.15 * h, 0.8 * w, 0.9 * h,
+                                                                   0.08 * w, 0.86 * h), c)) {}
 
     ImageCApi record() const { return record_of(pixels, channels); }
     ImageCApi gray_record() const { return record_of(gray, 1); }

@@ -1,6 +1,6 @@
-// Runs and queries of components: the line scanners against a pixel scan and
-// at their quirks, contours, the largest blob of a point set, scale maps, and a
-// component's own features (contour trace, thick-blob test, gradient cost).
+// Runs and queries of components: the line scanner against a pixel scan and
+// at its quirks, contours, scale maps, and a component's own features
+// (contour trace, thick-blob test, gradient cost).
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -91,19 +91,7 @@ TEST(RunsInLine, SetPaddingBits) {
     EXPECT_EQ(describe(runs_of(line)), "(10,13)");
 }
 
-TEST(RunsInLine, GrayScanTreatsOnly255AsBackground) {
-    const unsigned char pixels[] = {255, 254, 0, 255, 255, 128, 255, 1};
-    RunsInLine line;
-    line.formulate_gray_runs(pixels, 0, 8);
-    EXPECT_EQ(describe(runs_of(line)), "(1,2)(5,5)(7,7)");  // a run open at the end closes at width - 1
-    line.formulate_gray_runs(pixels, 2, 7);
-    EXPECT_EQ(describe(runs_of(line)), "(2,2)(5,5)");
-    const unsigned char paper[] = {255, 255, 255};
-    line.formulate_gray_runs(paper, 0, 3);
-    EXPECT_TRUE(line.empty());
-}
-
-TEST(ConnectedComponentQueries, EmptyImageAndOnePixelComponent) {
+TEST(ConnectedComponentQueries, EmptyImageHasNoLabelsOrContours) {
     const common::BasicImage empty(4, 9, common::BINARY);
     ConnectedComponentCalculator calculator;
     std::vector<int> labels;
@@ -113,48 +101,6 @@ TEST(ConnectedComponentQueries, EmptyImageAndOnePixelComponent) {
     calculator.obtain_blob_contours_one_by_one(empty, points);
     EXPECT_TRUE(points.empty());
     EXPECT_TRUE(calculator.isemptyblob());
-    Geobox<int> box{9, 9, 9, 9};
-    EXPECT_EQ(calculator.calculate_largest_blob_bounding_box(box), 0);
-    EXPECT_EQ(box.right, 9);
-
-    ConnectedComponentCalculator single;
-    single.obtain_blob_contours_one_by_one(binary_from_text({"....", "..#.", "...."}), points);
-    ASSERT_EQ(points.size(), 1u);
-    EXPECT_EQ(points[0].x + 10 * points[0].y, 12);
-}
-
-TEST(ConnectedComponentQueries, LargestComponentOfAPointSetIsMadeOfUnlistedPixels) {
-    // The outline of a 5 x 5 square at (10, 20): the listed points are
-    // background, the 3 x 3 inside is the component.
-    std::vector<int> xs, ys;
-    for (int i = 0; i < 5; ++i) {
-        for (int j = 0; j < 5; ++j) {
-            if (i == 0 || j == 0 || i == 4 || j == 4) {
-                xs.push_back(10 + i);
-                ys.push_back(20 + j);
-            }
-        }
-    }
-    ConnectedComponentCalculator calculator;
-    Geobox<int> box;
-    std::vector<int> out_xs, out_ys;
-    EXPECT_EQ(calculator.calculate_largest_blob_bounding_box(xs, ys, box, out_xs, out_ys), 9u);
-    EXPECT_EQ(std::vector<int>({box.left, box.right, box.top, box.bottom}), std::vector<int>({11, 13, 21, 23}));
-    EXPECT_EQ(out_xs, (std::vector<int>{11, 12, 13, 11, 12, 13, 11, 12, 13}));
-    EXPECT_EQ(out_ys, (std::vector<int>{21, 21, 21, 22, 22, 22, 23, 23, 23}));
-
-    // Every pixel of a solid rectangle listed: no foreground at all.
-    std::vector<int> solid_xs, solid_ys;
-    for (int y = 0; y < 3; ++y)
-        for (int x = 0; x < 4; ++x) {
-            solid_xs.push_back(x + 5);
-            solid_ys.push_back(y);
-        }
-    ConnectedComponentCalculator solid;
-    out_xs.clear();
-    out_ys.clear();
-    EXPECT_EQ(solid.calculate_largest_blob_bounding_box(solid_xs, solid_ys, box, out_xs, out_ys), 0u);
-    EXPECT_TRUE(out_xs.empty());
 }
 
 namespace {

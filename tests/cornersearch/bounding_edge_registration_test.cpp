@@ -51,18 +51,6 @@ TEST(OperationalBoundingEdgeRegistration, FindsPagesWithVisibleEdges) {
     }
 }
 
-TEST(OperationalBoundingEdgeRegistration, EachContourStageAloneFindsAClearPage) {
-    const support::Quad page = support::quad(160, 100, 660, 60, 720, 540, 100, 500);
-    const common::BasicImage photo = support::photo(800, 600, page);
-    for (auto mode : {OperationalBoundingEdgeRegistration::BINARY_SEARCH, OperationalBoundingEdgeRegistration::EDGE_SEARCH}) {
-        OperationalBoundingEdgeRegistration search(mode);
-        Corners corners;
-        ASSERT_EQ(search.run_projective_registration(photo, corners), 1) << mode;
-        EXPECT_EQ(search.method_code, mode == OperationalBoundingEdgeRegistration::BINARY_SEARCH ? 100 : 200);
-        EXPECT_LE(worst_corner_error(corners, page), 5.0);
-    }
-}
-
 TEST(OperationalBoundingEdgeRegistration, BlankImagesAndTextureGiveNoPage) {
     // A flat image, and a desk texture of blotches with no page.
     common::BasicImage flat = support::photo(400, 300, support::quad(0, 0, 0, 0, 0, 0, 0, 0), support::Paper{0, 128, 40, false});

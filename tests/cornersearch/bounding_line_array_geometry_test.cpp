@@ -1,5 +1,5 @@
 // The boundary array's vertices and corner checks: a page, its bow tie, the
-// overshoot limit one step inside and one step outside, the closure gaps.
+// overshoot limit one step inside and one step outside.
 #include <cmath>
 
 #include <gtest/gtest.h>
@@ -12,7 +12,6 @@ namespace {
 using geometric::Geocoordinate;
 using geometric_test::BoundingLine;
 using geometric_test::BoundingLineArrayWrapper;
-using support::make_boundary;
 using support::valid_slots;
 
 // 800 wide, 700 high, in an image of 1000 x 1000.
@@ -36,10 +35,6 @@ TEST(BoundingLineArrayTest, PerfectRectangleFormsAPageAndItsBowTieDoesNot) {
                 wrapper.is_distant_boundary_pair() && wrapper.is_cross_boundary_corner_correct());
     EXPECT_EQ(valid_slots(wrapper), "LTRB");
     EXPECT_EQ(wrapper.confidences[0], 100.0);
-    double first = -1.0, second = -1.0;
-    wrapper.calculate_interior_angle_disparity(first, second);
-    EXPECT_NEAR(first, 0.0, 1e-9);
-    EXPECT_TRUE(wrapper.check_interior_angle_disparity(first, second));
     std::swap(wrapper.vertices[2], wrapper.vertices[3]);  // bow-tie order: no area
     EXPECT_FALSE(wrapper.is_large_polygon());
     EXPECT_LT(wrapper.min_angle(), 45.0);
@@ -100,23 +95,4 @@ TEST(BoundingLineArrayTest, SegmentEndsMayOvershootTheirVertexByTheLimit) {
     pair.boundaries[geometric::TOP_BOUNDARY].points[0].x = 40;  // 60 beyond the top-left vertex
     EXPECT_FALSE(pair.is_cross_boundary_corner_correct());
     EXPECT_EQ(valid_slots(pair), "-T--");
-}
-
-// Each corner's gap is the smaller of its two neighbours'; past the limit of
-// 50 a boundary still counts as closed while the gap is below 0.3 of its length.
-TEST(BoundingLineArrayTest, ClosureGaps) {
-    BoundingLineArrayWrapper open = page_array();
-    open.boundaries[geometric::LEFT_BOUNDARY].points[1].y -= 30;   // 30 above the bottom's first point
-    open.boundaries[geometric::RIGHT_BOUNDARY].points[0].y += 40;  // 40 below the top's second
-    open.boundaries[geometric::TOP_BOUNDARY].points[0].x += 10;
-    std::vector<double> gaps;
-    open.calculate_gap_distance(gaps);
-    EXPECT_EQ(gaps, (std::vector<double>{10.0, 10.0, 0.0, 0.0}));  // min(30, 10), min(10, 40)
-    const int closure[][3] = {{50, 100, 1}, {51, 100, 0}, {51, 200, 1}, {60, 200, 0}};  // gap, length, closed
-    for (const auto& c : closure) {
-        open.boundaries[geometric::TOP_BOUNDARY] = make_boundary(geometric::TOP_BOUNDARY, 100, 100, 100 + c[1], 100);
-        EXPECT_EQ(open.is_boundary_closed_with_neighbors({0.0, double(c[0]), 0.0, 0.0}, geometric::TOP_BOUNDARY),
-                  c[2] == 1)
-            << c[0] << " on " << c[1];
-    }
 }

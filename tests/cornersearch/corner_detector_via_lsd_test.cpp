@@ -71,17 +71,6 @@ TEST(CornerDetectorViaLsd, FindsCornersByVanishingPointsBeyondTheFrame) {
     }
 }
 
-// A page whose four sides a contour stage found never reaches the line stage.
-TEST(CornerDetectorViaLsd, LeavesAPageTheContourStagesFoundAsTheyFoundIt) {
-    const common::BasicImage photo = support::photo(800, 600, support::quad(160, 100, 660, 60, 720, 540, 100, 500));
-    OperationalBoundingEdgeRegistration all, binary(OperationalBoundingEdgeRegistration::BINARY_SEARCH);
-    Corners found, by_binary;
-    ASSERT_EQ(all.run_projective_registration(photo, found), 1);
-    ASSERT_EQ(binary.run_projective_registration(photo, by_binary), 1);
-    EXPECT_EQ(all.method_code, 100);
-    for (std::size_t k = 0; k < 4; ++k) EXPECT_TRUE(found[k].x == by_binary[k].x && found[k].y == by_binary[k].y);
-}
-
 // Short of a family of two lines there is no vanishing point, and the stage
 // declines: a page with its right side out of view has one vertical edge.
 TEST(CornerDetectorViaLsd, DeclinesWithASingleLineInAFamily) {
@@ -130,6 +119,9 @@ TEST(LineSegmentManager, PeaksOfTheAngleHistogram) {
         {{{177, 5}, {178, 5}, {179, 5}, {90, 1}}, 178, 90},
         // A second peak in the vertical range still fills the other output.
         {{{60, 5}, {120, 4}}, 120, 60},
+        // The vertical range holds both its ends, 45 and 135.
+        {{{45, 5}, {150, 2}}, 150, 45},
+        {{{135, 5}, {20, 2}}, 20, 135},
     };
     CornerDetectorViaLsd::LineSegmentManager manager;
     for (const Case& c : cases) {

@@ -24,15 +24,6 @@ struct Patch {
     unsigned char* at(int x, int y) { return bytes + (y * 4 + x) * bytes_per_pixel; }
 };
 
-TEST(Sampling, UnknownMethodLeavesAnEmptySamplerThatThrows) {
-    const Sampling sampling(common::GRAY, 10, static_cast<geometric::InterpolationType>(5));
-    ASSERT_TRUE(sampling.get_sampler().empty());
-    unsigned char pixel[4] = {1, 2, 3, 4};
-    unsigned char output = 0;
-    EXPECT_EQ(support::thrown_text<std::runtime_error>([&] { sampling.get_sampler()(pixel, 0.0f, 0.0f, &output); }),
-              "call to empty boost::function");
-}
-
 TEST(Sampling, LinearCutsEachStepTowardZero) {
     Patch gray{{}, 1};
     *gray.at(1, 1) = 10;

@@ -66,23 +66,6 @@ TEST(LineSegmentGenerator, ABrightBarGivesItsTwoLongEdgesRunningWithTheBrightSid
     }
 }
 
-TEST(LineSegmentGenerator, ARotatedRectangleGivesFourSidesAtItsAngles) {
-    support::Gray image(240, 240, 200);
-    const double angle = 30.0 * constants::kPi / 180.0;
-    image.fill_rotated(120, 120, 140, 80, angle, 50);
-    const auto segments = detect(image, LineSegmentGenerator());
-    int found[4] = {0, 0, 0, 0};
-    for (const auto& s : segments) {
-        if (support::length_of(s) < 40.0) continue;
-        const double direction = std::atan2(s.y2 - s.y1, s.x2 - s.x1);
-        for (int k = 0; k < 4; ++k) {
-            const double expected = angle + k * constants::kPi / 2;
-            if (geometric::lsd_angle::difference(direction, expected) < 0.05) ++found[k];
-        }
-    }
-    for (int k = 0; k < 4; ++k) EXPECT_EQ(found[k], 1) << "side at " << 30 + 90 * k << " degrees";
-}
-
 namespace {
 
 // A dark horizontal line, 4 pixels thick, broken by a short bright gap.

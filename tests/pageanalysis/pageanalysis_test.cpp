@@ -1,5 +1,5 @@
 // The page analyses on pages built in code: which blobs they keep, the
-// resolution they read from them and the images they draw.
+// resolution they read from them.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -41,19 +41,6 @@ int words(const TextPage& page, int gap) {
             ++count;
     }
     return count;
-}
-
-TEST(AprioriPageanalysis, ResolutionOfAPageFollowsItsBodySize) {
-    for (const int body : {11, 22, 44}) {
-        SCOPED_TRACE(body);
-        const TextPage page = support::make_text_page(body_page(body));
-        geometric::AprioriPageanalysis analysis(&page.gray, nullptr);
-        ASSERT_TRUE(analysis.run_page_analysis());
-        EXPECT_EQ(analysis.filter.regular_blobs.size(), page.glyph_boxes.size());
-        // The binarization's smoothing adds up to two rows at the foot of a sharp glyph.
-        EXPECT_GE(analysis.obtain_spatial_resolution(), resolution_of(body));
-        EXPECT_LE(analysis.obtain_spatial_resolution(), resolution_of(body + 2));
-    }
 }
 
 // An empty page has no text, no box and resolution 0, and so has a 1-bit
@@ -113,26 +100,6 @@ TEST(AreaPageanalysis, ResolutionComesFromTheBoxesOfWhatItFinds) {
         EXPECT_EQ(analysis.obtain_spatial_resolution(), resolution_of(c.height));
     }
     EXPECT_EQ(resolution_of(23), 313);
-}
-
-TEST(AreaPageanalysis, DrawsTheRegularAndTheIrregularBlobs) {
-    const TextPage page = support::make_text_page(TextPageSpec());
-    common::BasicImage with_block(page.ink);
-    support::fill_rect(with_block, 400, 700, 200, 40);  // far above five times a glyph's area
-    common::BasicImage block(page.ink.get_height(), page.ink.get_width(), common::BINARY);
-    support::fill_rect(block, 400, 700, 200, 40);
-
-    geometric::AreaPageanalysis analysis(&with_block, nullptr);
-    analysis.dilate = false;
-    ASSERT_TRUE(analysis.run_page_analysis());
-    common::BasicImage drawn;
-    analysis.obtain_normal_text_image(drawn);
-    EXPECT_TRUE(support::same_bytes(drawn, page.ink));
-    analysis.obtain_irregular_text_image(drawn);
-    EXPECT_TRUE(support::same_bytes(drawn, block));
-    analysis.obtain_all_text_image(drawn);
-    EXPECT_TRUE(support::same_bytes(drawn, with_block));
-    EXPECT_EQ(drawn.get_x_resolution(), 300);
 }
 
 // The newer analysis takes a BINARY page as it is and binarizes any other,

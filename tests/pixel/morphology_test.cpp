@@ -159,25 +159,6 @@ TEST(GeoMorphological, RunTwinsMatchPerPixelVersionsInRandomWindows) {
     }
 }
 
-TEST(GeoMorphological, ImageFormsCoverTheWholeImageAndOnlyBinaryImages) {
-    common::BasicImage image(6, 10, common::BINARY);
-    for (int y = 1; y < 5; ++y) image.set_pixel(4, y, 1);
-    GeoMorphological::dilate_y(image, 1);
-    EXPECT_EQ(image.get_pixel(4, 0), 1u);
-    EXPECT_EQ(image.get_pixel(4, 5), 1u);
-    GeoMorphological::erode_y(image, 2);
-    EXPECT_EQ(image.get_pixel(4, 1), 0u);
-    EXPECT_EQ(image.get_pixel(4, 2), 1u);
-    EXPECT_EQ(image.get_pixel(4, 3), 1u);
-    GeoMorphological::open_y(image, 3);
-    EXPECT_EQ(image.get_pixel(4, 2), 0u);
-
-    common::BasicImage gray(2, 2, common::GRAY);
-    gray.set_pixel(0, 0, 1);
-    GeoMorphological::dilate_x(gray, 1);
-    EXPECT_EQ(gray.get_pixel(1, 0), 0u);
-}
-
 namespace {
 
 // Per pixel: inside the inner bytes of the inner lines a set pixel stays only

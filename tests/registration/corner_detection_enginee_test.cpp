@@ -1,5 +1,5 @@
-// The corner search engine on a page photo, its rounding, method 0's
-// fall-back, and the crossed parameter mapping.
+// The corner search engine on page photos, its rounding and the crossed
+// parameter mapping.
 #include <gtest/gtest.h>
 
 #include "cornersearch/bounding_edge_registration.h"
@@ -30,24 +30,30 @@ TEST(CornerDetectionEnginee, CornersAreRoundedHalvesUp) {
     EXPECT_EQ((std::vector<int>(corners.y, corners.y + 4)), (std::vector<int>{0, 1, 71, 0}));
 }
 
-TEST(CornerDetectionEnginee, MethodsOnAPagePhoto) {
-    const support::Quad page = support::quad(160, 100, 660, 60, 720, 540, 100, 500);
-    common::BasicImage photo = support::photo(800, 600, page);
+// Pages leaning either way: the strict corner check judges each corner by
+// the ends of its two sides that reach towards it, so the direction in which
+// the edges rise does not matter.
+TEST(CornerDetectionEnginee, MethodsOnPagePhotosLeaningEitherWay) {
     struct Case {
         EdgeRegistrationMethod method;
         int result;
     };
     // The large-blob analyzer finds no lines of its own.
-    const Case cases[] = {{HYBRID_EDGE_SEARCH, 1}, {OPERATIONAL_EDGE, 1}, {OPERATIONAL_LINE, 1},
-                          {CANNY_HOUGH_EDGE, 1},   {COMBINED_HOUGH_EDGE, 1}, {OTSU_LARGE_BLOB_EDGE, -1}};
-    for (const Case& c : cases) {
-        ProjectiveCorrectionCornerDetectionEnginee enginee(c.method);
-        ControlPointCorners corners{};
-        EXPECT_EQ(enginee.perform_corner_detection(photo, corners), c.result) << c.method;
-        if (c.result != 1) continue;
-        for (int k = 0; k < 4; ++k) {
-            EXPECT_NEAR(corners.x[k], page[static_cast<std::size_t>(k)].x, 5) << c.method << " corner " << k;
-            EXPECT_NEAR(corners.y[k], page[static_cast<std::size_t>(k)].y, 5) << c.method << " corner " << k;
+    const Case cases[] = {{HYBRID_EDGE_SEARCH, 1}, {OPERATIONAL_EDGE, 1},    {OPERATIONAL_LINE, 1},
+                          {CANNY_HOUGH_EDGE, 1},   {OTSU_HOUGH_EDGE, 1},     {COMBINED_HOUGH_EDGE, 1},
+                          {OTSU_LARGE_BLOB_EDGE, -1}};
+    for (const support::Quad& page : {support::quad(160, 100, 660, 60, 720, 540, 100, 500),
+                                      support::quad(100, 60, 620, 100, 660, 540, 140, 500)}) {
+        common::BasicImage photo = support::photo(800, 600, page);
+        for (const Case& c : cases) {
+            ProjectiveCorrectionCornerDetectionEnginee enginee(c.method);
+            ControlPointCorners corners{};
+            EXPECT_EQ(enginee.perform_corner_detection(photo, corners), c.result) << c.method;
+            if (c.result != 1) continue;
+            for (int k = 0; k < 4; ++k) {
+                EXPECT_NEAR(corners.x[k], page[static_cast<std::size_t>(k)].x, 5) << c.method << " corner " << k;
+                EXPECT_NEAR(corners.y[k], page[static_cast<std::size_t>(k)].y, 5) << c.method << " corner " << k;
+            }
         }
     }
 }

@@ -4,8 +4,6 @@
 
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
-#include <cstring>
 #include <vector>
 
 #include "textgeometry/geobox.h"
@@ -27,12 +25,6 @@ using PointsD = std::vector<Geocoordinate<double>>;
 using PointsF = std::vector<Geocoordinate<float>>;
 
 namespace {
-
-std::uint64_t bits_of(double v) {
-    std::uint64_t b;
-    std::memcpy(&b, &v, sizeof b);
-    return b;
-}
 
 void expect_vertical(const GeolineBase& line, double x) {
     EXPECT_EQ(line.a, 1.0);
@@ -68,13 +60,6 @@ TEST(LineFits, PlainAndWeightedFitsTestDifferentEpsilons) {
     weighted.use_pt_line_dis_iterative(points, false, 0.01);
     EXPECT_EQ(weighted.b, -1.0);
     EXPECT_NEAR(weighted.a, 1e4, 1e-6);
-}
-
-TEST(FastExponential, IsBuiltFromBits) {
-    EXPECT_EQ(bits_of(GeolineAdaptiveLeastSquare::fast_exponential(0.0)), 0x3FEF127F00000000ull);
-    // trunc(-1.5 * 1512775 + 1072632447) = 1070363284, toward zero.
-    EXPECT_EQ(bits_of(GeolineAdaptiveLeastSquare::fast_exponential(-1.5)),
-              static_cast<std::uint64_t>(1070363284u) << 32);
 }
 
 TEST(WeightedMoments, FloatFormRoundsMxyAfterEachAdditionAndMxxWhollyInSingle) {

@@ -1,13 +1,10 @@
-// Eigenpoints grouped along text lines: the bottom centres of the glyphs of
-// a turned page, and rows of points at the limits of each rule.
+// Eigenpoints grouped along text lines: rows of points at the limits of each
+// rule (turned pages are grouped in the text lines' own test).
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <vector>
 
-#include "pageanalysis/apriori_pageanalysis.h"
-#include "support/text_pages.h"
-#include "textgeometry/geoline_least_square.h"
 #include "textlines/eignpoints_cluster.h"
 
 namespace {
@@ -37,44 +34,6 @@ Points row(int n, float spacing, double degrees) {
 Points with(Points points, float x, float y) {
     points.emplace_back(x, y);
     return points;
-}
-
-// Two lines of glyphs 20 pixels apart (14 wide, 6 between), the page turned
-// by 6 degrees and a little in perspective: with the neighbour distance at
-// three spacings and the line distance at one, each line is one group, and
-// each group's line runs along its baseline.
-TEST(EignpointsCluster, GroupsTheGlyphsOfEachLineOfATurnedPage) {
-    support::TextPageSpec spec;
-    spec.width = 800;
-    spec.height = 500;
-    spec.left = 100;
-    spec.right = 700;
-    spec.top = 180;
-    spec.lines = 2;
-    spec.line_pitch = 70;
-    spec.homography = support::turned_homography(6.0, 400.0, 250.0, 0.0002);
-    const support::TextPage page = support::make_text_page(spec);
-    geometric::AprioriPageanalysis analysis(&page.gray, nullptr);
-    ASSERT_TRUE(analysis.run_page_analysis());
-    Points points;
-    analysis.obtain_regular_text_bottom_centers(points);
-
-    EignpointsCluster cluster(constraints(60.0f, 20.0f));
-    std::vector<Points> groups;
-    ASSERT_TRUE(cluster.perform_eignpoints_clustering(points, groups));
-    ASSERT_EQ(groups.size(), 2u);
-    for (std::size_t i = 0; i < 2; ++i) {
-        SCOPED_TRACE(i);
-        // Blobs come top line first, so the groups do too.
-        geometric::GeolineLeastSquare baseline, found;
-        baseline.fit(page.baselines[i]);
-        found.fit(groups[i]);
-        EXPECT_EQ(groups[i].size(), page.baselines[i].size());
-        // A turned glyph's box reaches below its own foot, and the
-        // binarization adds up to two rows: a few pixels, against 70 between lines.
-        for (const Geocoordinate<float>& p : groups[i]) EXPECT_LT(baseline.point_distance(p), 5.0);
-        EXPECT_NEAR(found.line_angle(), baseline.line_angle(), 0.5);
-    }
 }
 
 TEST(EignpointsCluster, LimitsOfTheWalk) {
@@ -113,19 +72,6 @@ TEST(EignpointsCluster, LimitsOfTheWalk) {
         for (const Points& g : groups) sizes.push_back(g.size());
         EXPECT_EQ(sizes, c.sizes);
     }
-}
-
-// The four points are noted from the input even when nothing groups; among
-// equal x the first counts.
-TEST(EignpointsCluster, NotesTheEndsOfTheInput) {
-    Points points = {{30, 5}, {10, 7}, {50, 1}, {10, 9}, {50, 3}, {20, 4}};
-    EignpointsCluster cluster(constraints(15.0f, 3.0f));
-    std::vector<Points> groups;
-    EXPECT_FALSE(cluster.perform_eignpoints_clustering(points, groups));
-    EXPECT_EQ(cluster.first_point.x, 30.0f);
-    EXPECT_EQ(cluster.last_point.x, 20.0f);
-    EXPECT_EQ(cluster.leftmost_point.y, 7.0f);
-    EXPECT_EQ(cluster.rightmost_point.y, 1.0f);
 }
 
 }  // namespace

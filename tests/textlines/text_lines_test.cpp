@@ -1,6 +1,6 @@
 // From eigenpoints to text lines and their vanishing point on turned pages of
 // two columns whose lines are broken by smeared words; blob lines from stems;
-// the limits of merging, outlier removal and margin pairing.
+// the limits of merging and margin pairing.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -170,47 +170,6 @@ TEST(EignpointsMerger, LimitsOfTheJoin) {
         EXPECT_EQ(sizes, c.sizes);
         EXPECT_TRUE(c.sizes[0] != 32 || merged[0][0].x == 180.0f);
     }
-}
-
-// Points above a text line (ascenders, accents) are judged three times as
-// leniently as those below it (descenders).
-TEST(TextLineCreator, KeepsPointsAboveTheLineAndDropsThoseBelow) {
-    Points row;
-    // Above y = 100 by 0.2 and 0.4 in turn, below by 0.3: the spread above
-    // is wider than that below, which the limit below takes from above.
-    for (int i = 0; i < 16; ++i) row.emplace_back(10.0f * i, i % 2 ? 100.3f : (i % 4 ? 99.6f : 99.8f));
-    // One more point at x = 75, 4 above the line or 4 below it.
-    for (const float offset : {-4.0f, 4.0f}) {
-        Points group = row;
-        group.emplace_back(75.0f, 100.0f + offset);
-        LineWeightor record;
-        TextLineCreator::formulate_one_line(group, record);
-        EXPECT_EQ(record.count, offset > 0.0f ? 16 : 17) << offset;
-    }
-    // Twenty times the offsets spread some 1.5 pixels: too much alone, not
-    // in the mean with the clean row; no group at all is clean too.
-    Points noisy = row;
-    for (Geocoordinate<float>& p : noisy) p.y = 100.0f + 20.0f * (p.y - 100.0f);
-    std::vector<GeolineBase> lines(3);
-    std::vector<double> weights(2);
-    Pairs pairs(1);
-    EXPECT_FALSE(TextLineCreator().formulate_text_line({noisy}, lines, weights, pairs));
-    EXPECT_TRUE(TextLineCreator().formulate_text_line({noisy, row}, lines, weights, pairs));
-    EXPECT_TRUE(TextLineCreator().formulate_text_line({}, lines, weights, pairs));
-    EXPECT_TRUE(lines.empty() && weights.empty() && pairs.empty());
-}
-
-TEST(EignpointsParaSetup, UpperMedianSpacingMakesEveryThreshold) {
-    EXPECT_EQ(EignpointsParaSetup::obtain_median_spacing({{0, 0}, {3, 0}, {10, 0}, {14, 0}}), 4.0f);
-    EXPECT_EQ(EignpointsParaSetup::obtain_median_spacing({{0, 0}, {0, 0}, {0, 6}}), 6.0f);
-    EXPECT_EQ(EignpointsParaSetup::obtain_median_spacing({{0, 0}, {0, 0}}), 1e10f);
-    HybridProjectivePara para;
-    EignpointsParaSetup::set_up_thresholds(8.0f, para);
-    EXPECT_EQ((std::vector<float>{para.clustering.median_spacing, para.clustering.neighbor_distance,
-                                  para.clustering.line_distance, para.merger.search_step, para.merger.end_distance,
-                                  para.merger.line_gap, para.margin.inlier_distance, para.margin.grouping_distance,
-                                  para.margin.frame_margin, para.margin.merge_distance}),
-              (std::vector<float>{8, 24, 8, 8, 16, 2, 4, 48, 8, 8}));
 }
 
 // Left groups 0 and 1, right groups 0 and 1, members are text lines: line 4

@@ -159,16 +159,6 @@ TEST_F(ScanCommand, SeveralInputsGoToTheFolderWithAProgressLineEach) {
     EXPECT_EQ(folder.read_bytes("new/pages/second.png").substr(1, 3), "PNG");
 }
 
-TEST_F(ScanCommand, TwoInputsWithOneNameAreRefusedBeforeAnyWork) {
-    std::filesystem::create_directory(folder.path("a"));
-    std::filesystem::create_directory(folder.path("out"));
-    save_png(folder.path("a/page.png"), flat_image(20, 20, 9));
-    const RunResult run = folder.run({"page.png", "a/page.png", "--corners", kCorners, "-d", "out"});
-    EXPECT_EQ(run.exit_code, 2);
-    EXPECT_EQ(run.err, "morvane-scan: two results would both be written to 'out/page.png'\n");
-    EXPECT_TRUE(std::filesystem::is_empty(folder.path("out")));
-}
-
 TEST_F(ScanCommand, OverlayIsAReducedCopyWithTheOutlineDrawn) {
     save_png(folder.path("wide.png"), synthetic_page(2500, 1000, 3, 300, 200, 2199, 799));
     const RunResult run = folder.run({"wide.png", "--corners", "300,200,2199,200,2199,799,300,799", "--overlay", "o.png"});
@@ -187,16 +177,6 @@ TEST_F(ScanCommand, OverlayIsAReducedCopyWithTheOutlineDrawn) {
     EXPECT_EQ(pixel(400, 66), (std::vector<int>{230, 20, 20}));   // on the top side, red
     EXPECT_EQ(pixel(733, 200), (std::vector<int>{230, 20, 20}));  // on the right side
     EXPECT_EQ(pixel(10, 10), (std::vector<int>{40, 70, 55}));     // the table, untouched
-}
-
-TEST_F(ScanCommand, RunsAreRepeatableAndPngLevelChangesTheSizeNotThePixels) {
-    for (const char* output : {"one.png", "two.png"})
-        ASSERT_EQ(folder.run({"page.png", "--corners", "25,28,214,35,219,159,18,150", "-o", output}).exit_code, 0);
-    EXPECT_EQ(folder.read_bytes("one.png"), folder.read_bytes("two.png"));
-    ASSERT_EQ(folder.run({"page.png", "--corners", "25,28,214,35,219,159,18,150", "-o", "small.png", "--png-level", "9"})
-                  .exit_code, 0);
-    EXPECT_TRUE(same_pixels(load(folder.path("one.png")), load(folder.path("small.png"))));
-    EXPECT_LE(folder.read_bytes("small.png").size(), folder.read_bytes("one.png").size());
 }
 
 // The estimate reaches the summary, the JSON report and the progress line;
@@ -225,35 +205,6 @@ TEST_F(ScanCommand, DpiReportsTheEstimateFromTheCharacterSize) {
         << json.out;
     const RunResult batch = folder.run({"marks.png", "flat.png", "--dpi"});
     EXPECT_NE(batch.out.find(", 300 dpi, "), std::string::npos) << batch.out;
-}
-
-// The help's methods are those the library answers with on a page of its
-// own, and a method it lacks is refused before any work.
-TEST_F(ScanCommand, HelpListsTheEngineMethodsTheLibraryAnswersWith) {
-    const std::string help = folder.run({"--help"}).out;
-    const scan::Raster page = synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159);
-    const ImageCApi image = page.c_api();
-    std::string offered, missing;
-    for (int method = 0; method <= 7; ++method) {
-        void* engine = create_corner_search_enginee(method);
-        ControlPointCorners corners{};
-        std::string& list = perform_corner_searching(engine, &image, &corners) > 0 ? offered : missing;
-        destroy_corner_search_enginee(engine);
-        list += (list.empty() ? "" : ", ") + std::to_string(method);
-        if (&list == &offered) continue;
-        const RunResult run = folder.run({"page.png", "--engine", std::to_string(method), "-o", "o.png"});
-        EXPECT_EQ(run.exit_code, 2);
-        EXPECT_EQ(run.err, "morvane-scan: --engine " + std::to_string(method) +
-                               " is not available in this build yet (morvane-scan --help lists the methods it has)\n");
-    }
-    for (const auto& [methods, word] : {std::pair{offered, std::string("  available")}, std::pair{missing, std::string(" not available yet")}}) {
-        if (methods.empty()) continue;
-        const std::size_t start = help.find("\n  --engine " + methods + " ");
-        ASSERT_NE(start, std::string::npos) << methods << "\n" << help;
-        const std::string line = help.substr(start, help.find('\n', start + 1) - start);
-        EXPECT_EQ(line.substr(line.size() - word.size()), word) << line;
-    }
-    EXPECT_FALSE(folder.files().count("o.png"));
 }
 
 TEST_F(ScanCommand, FillColoursTheOutside) {

@@ -192,20 +192,9 @@ bool write_raw(std::FILE* file, const RawPng& raw) {
     }
     png_init_io(png, file);
     png_set_IHDR(png, info, static_cast<png_uint_32>(raw.width), static_cast<png_uint_32>(raw.height), raw.bit_depth,
-                 raw.colour_type, raw.interlaced ? PNG_INTERLACE_ADAM7 : PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_BASE,
-                 PNG_FILTER_TYPE_BASE);
-    if (!raw.palette.empty()) {
-        png_set_PLTE(png, info, reinterpret_cast<png_const_colorp>(raw.palette.data()),
-                     static_cast<int>(raw.palette.size() / 3));
-    }
-    if (!raw.palette_alpha.empty()) {
-        png_set_tRNS(png, info, raw.palette_alpha.data(), static_cast<int>(raw.palette_alpha.size()), nullptr);
-    }
+                 raw.colour_type, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_BASE, PNG_FILTER_TYPE_BASE);
     png_write_info(png, info);
-    const int passes = png_set_interlace_handling(png);
-    for (int pass = 0; pass < passes; ++pass) {
-        for (int y = 0; y < raw.height; ++y) png_write_row(png, raw.rows[static_cast<std::size_t>(y)].data());
-    }
+    for (const std::vector<unsigned char>& row : raw.rows) png_write_row(png, row.data());
     png_write_end(png, nullptr);
     png_destroy_write_struct(&png, &info);
     return true;

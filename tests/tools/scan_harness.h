@@ -63,14 +63,11 @@ void save_jpeg_with_orientation(const std::string& path, const scan::Raster& sto
 scan::Raster load(const std::string& path);
 bool same_pixels(const scan::Raster& a, const scan::Raster& b);
 
-// A PNG written from raw rows of any kind libpng knows (bit depth, colour
-// type, palette and transparency given by the caller).
+// A PNG written from raw rows of a kind without a palette (bit depth and
+// colour type given by the caller).
 struct RawPng {
     int width = 0, height = 0, bit_depth = 8, colour_type = 0;
-    bool interlaced = false;
     std::vector<std::vector<unsigned char>> rows;  // bytes as stored in the file
-    std::vector<unsigned char> palette;            // R, G, B triples
-    std::vector<unsigned char> palette_alpha;      // tRNS for a palette
 };
 void save_raw_png(const std::string& path, const RawPng& png);
 

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <png.h>
@@ -23,107 +24,57 @@ constexpr int kWidth = 240, kHeight = 180;
 const char* const kCorners = "20,30,219,30,219,159,20,159";
 constexpr int kPageWidth = 200, kPageHeight = 130;
 
-TEST(ScanInputs, RectifiesPngAndJpegWithGivenCornersInBothOutputFormats) {
+// The density of the input goes to the page in either format (JFIF in dots
+// per inch, pHYs in dots per metre); without one nothing is made up.
+TEST(ScanInputs, RectifiesPngAndJpegWithGivenCornersInBothOutputFormatsKeepingTheDensity) {
     ScanFolder folder;
-    save_png(folder.path("page.png"), synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159));
-    save_jpeg(folder.path("page.jpg"), synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159));
+    scan::Raster photo = synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159);
+    photo.x_dpi = photo.y_dpi = 300;
+    save_png(folder.path("page.png"), photo);
+    save_jpeg(folder.path("page.jpg"), photo);
     save_png(folder.path("gray.png"), synthetic_page(kWidth, kHeight, 1, 20, 30, 219, 159));
     for (const char* input : {"page.png", "page.jpg", "gray.png"}) {
         for (const char* output : {"out.png", "out.jpg", "OUT.JPEG"}) {
             SCOPED_TRACE(std::string(input) + " -> " + output);
+            const bool gray = std::string(input) == "gray.png";
             const RunResult run = folder.run({input, "--corners", kCorners, "-o", output});
             EXPECT_EQ(run.exit_code, 0) << run.err;
             EXPECT_EQ(run.err, "");
-            EXPECT_NE(run.out.find("200 x 130"), std::string::npos) << run.out;
+            EXPECT_NE(run.out.find(gray ? "200 x 130" : "200 x 130, 300 dpi (the input's)"), std::string::npos) << run.out;
             const scan::Raster page = load(folder.path(output));
             EXPECT_EQ(page.width, kPageWidth);
             EXPECT_EQ(page.height, kPageHeight);
-            EXPECT_EQ(page.channels, std::string(input) == "gray.png" ? 1 : 3);
+            EXPECT_EQ(page.channels, gray ? 1 : 3);
+            EXPECT_EQ(page.x_dpi, gray ? 0 : 300);
+            EXPECT_EQ(page.y_dpi, gray ? 0 : 300);
         }
     }
+    EXPECT_EQ(folder.read_bytes("out.png").find("pHYs"), std::string::npos);
 }
 
-// Each PNG kind is converted to 8-bit gray or RGB: the page rectified from
-// it equals, byte for byte, the page rectified from the plain 8-bit PNG of
-// the pixels that the conversion must give.
-TEST(ScanInputs, ConvertsSixteenBitPalettedAndTransparentPngs) {
-    struct Case {
-        const char* name;
-        int bit_depth;
-        int colour_type;
-        bool interlaced;
-        int channels_out;
-    };
-    const Case cases[] = {
-        {"gray16", 16, PNG_COLOR_TYPE_GRAY, false, 1},
-        {"rgb16", 16, PNG_COLOR_TYPE_RGB, false, 3},
-        {"palette", 8, PNG_COLOR_TYPE_PALETTE, false, 3},
-        {"palette4_transparent", 4, PNG_COLOR_TYPE_PALETTE, false, 3},
-        {"rgba", 8, PNG_COLOR_TYPE_RGB_ALPHA, false, 3},
-        {"gray_alpha16", 16, PNG_COLOR_TYPE_GRAY_ALPHA, false, 1},
-        {"gray1", 1, PNG_COLOR_TYPE_GRAY, false, 1},
-        {"interlaced", 8, PNG_COLOR_TYPE_RGB, true, 3},
-    };
+// Gray-alpha and RGBA pictures are laid over white paper, each sample
+// rounded to v a / 255 + (255 - a): the page rectified from one equals, byte
+// for byte, the page rectified from the plain PNG of those pixels. The
+// 16-bit samples are v * 257, which scale back to v exactly.
+TEST(ScanInputs, PngsWithAlphaAreLaidOverWhitePaper) {
     constexpr int w = 40, h = 30;
-    // Pixel (x, y) has the value v = (7x + 3y) % 256; the last column is
-    // fully transparent where there is alpha.
-    const auto value = [](int x, int y) { return static_cast<unsigned char>((7 * x + 3 * y) % 256); };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [bit_depth, colours] : {std::pair{8, 3}, std::pair{16, 1}}) {
+        SCOPED_TRACE(bit_depth);
         ScanFolder folder;
         RawPng raw;
-        raw.width = w;
-        raw.height = h;
-        raw.bit_depth = c.bit_depth;
-        raw.colour_type = c.colour_type;
-        raw.interlaced = c.interlaced;
-        scan::Raster expected = scan::make_raster(w, h, c.channels_out);
-        const int samples = c.colour_type == PNG_COLOR_TYPE_GRAY || c.colour_type == PNG_COLOR_TYPE_PALETTE ? 1
-                            : c.colour_type == PNG_COLOR_TYPE_GRAY_ALPHA                                  ? 2
-                            : c.colour_type == PNG_COLOR_TYPE_RGB                                        ? 3
-                                                                                                           : 4;
-        const bool alpha = c.colour_type & PNG_COLOR_MASK_ALPHA;
-        if (c.colour_type == PNG_COLOR_TYPE_PALETTE) {
-            for (int i = 0; i < (1 << c.bit_depth); ++i) {
-                raw.palette.insert(raw.palette.end(), {static_cast<unsigned char>(i), static_cast<unsigned char>(255 - i),
-                                                       static_cast<unsigned char>(i * 3)});
-            }
-            if (c.bit_depth == 4) raw.palette_alpha = {0};  // index 0 is transparent
-        }
+        raw.width = w, raw.height = h, raw.bit_depth = bit_depth;
+        raw.colour_type = colours == 3 ? PNG_COLOR_TYPE_RGB_ALPHA : PNG_COLOR_TYPE_GRAY_ALPHA;
+        scan::Raster expected = scan::make_raster(w, h, colours);
         for (int y = 0; y < h; ++y) {
             std::vector<unsigned char> row;
-            unsigned char* out = expected.row(y);
             for (int x = 0; x < w; ++x) {
-                const unsigned char v = value(x, y);
-                const bool clear = alpha && x == w - 1;
-                if (c.colour_type == PNG_COLOR_TYPE_PALETTE) {
-                    const int index = v % (1 << c.bit_depth);
-                    if (c.bit_depth == 8) {
-                        row.push_back(static_cast<unsigned char>(index));
-                    } else if (x % 2 == 0) {
-                        row.push_back(static_cast<unsigned char>(index << 4));
-                    } else {
-                        row.back() = static_cast<unsigned char>(row.back() | index);
-                    }
-                    const bool transparent = c.bit_depth == 4 && index == 0;
-                    out[3 * x] = transparent ? 255 : static_cast<unsigned char>(index);
-                    out[3 * x + 1] = transparent ? 255 : static_cast<unsigned char>(255 - index);
-                    out[3 * x + 2] = transparent ? 255 : static_cast<unsigned char>(index * 3);
-                    continue;
-                }
-                if (c.bit_depth == 1) {
-                    const bool white = v >= 128;
-                    if (x % 8 == 0) row.push_back(0);
-                    if (white) row.back() = static_cast<unsigned char>(row.back() | (0x80 >> (x % 8)));
-                    out[x] = white ? 255 : 0;
-                    continue;
-                }
-                for (int s = 0; s < samples; ++s) {
-                    const bool is_alpha = alpha && s == samples - 1;
-                    const unsigned char sample = is_alpha ? (clear ? 0 : 255) : static_cast<unsigned char>(v + 10 * s);
-                    row.push_back(sample);
-                    if (c.bit_depth == 16) row.push_back(sample);  // v * 257: scales back to v exactly
-                    if (!is_alpha) out[x * c.channels_out + s] = clear ? 255 : sample;
+                const unsigned alpha = x == 0 ? 0 : x == 1 ? 255 : (37 * x + 11 * y) % 256;
+                for (int s = 0; s <= colours; ++s) {
+                    const unsigned v = s == colours ? alpha : (7 * x + 3 * y + 50 * s) % 256;
+                    row.insert(row.end(), static_cast<std::size_t>(bit_depth / 8), static_cast<unsigned char>(v));
+                    if (s < colours)
+                        expected.row(y)[x * colours + s] =
+                            static_cast<unsigned char>((v * alpha + 255 * (255 - alpha) + 127) / 255);
                 }
             }
             raw.rows.push_back(row);
@@ -306,31 +257,6 @@ TEST(ScanInputs, PicturesComeThroughPipesBothWays) {
     EXPECT_EQ(refused.exit_code, 2);
     EXPECT_EQ(refused.err, "morvane-scan: cannot read standard input: not a JPEG or PNG file\n");
     EXPECT_EQ(refused.out, "");
-}
-
-// The density of the input goes to the page in either format: JFIF in dots
-// per inch, pHYs in dots per metre.
-TEST(ScanInputs, ThePageKeepsTheInputsDensity) {
-    ScanFolder folder;
-    scan::Raster photo = synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159);
-    photo.x_dpi = photo.y_dpi = 300;
-    save_jpeg(folder.path("photo.jpg"), photo);
-    save_png(folder.path("photo.png"), photo);
-    for (const char* input : {"photo.jpg", "photo.png"}) {
-        for (const char* output : {"page.png", "page.jpg"}) {
-            SCOPED_TRACE(std::string(input) + " -> " + output);
-            const RunResult run = folder.run({input, "--corners", kCorners, "-o", output});
-            ASSERT_EQ(run.exit_code, 0) << run.err;
-            EXPECT_NE(run.out.find("200 x 130, 300 dpi (the input's)"), std::string::npos) << run.out;
-            const scan::Raster page = load(folder.path(output));
-            EXPECT_EQ(page.x_dpi, 300);
-            EXPECT_EQ(page.y_dpi, 300);
-        }
-    }
-    // Without a density nothing is made up: JFIF keeps its 1:1 aspect, PNG has no pHYs.
-    save_jpeg(folder.path("plain.jpg"), synthetic_page(kWidth, kHeight, 3, 20, 30, 219, 159));
-    ASSERT_EQ(folder.run({"plain.jpg", "--corners", kCorners, "-o", "plain.png"}).exit_code, 0);
-    EXPECT_EQ(folder.read_bytes("plain.png").find("pHYs"), std::string::npos);
 }
 
 // From an address-space limit that barely lets the program start up to one

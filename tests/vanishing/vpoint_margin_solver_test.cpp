@@ -23,57 +23,48 @@ GeolineBase margin(double x) { return corner_line_through(Point(x, kHeight - 1.0
 
 }  // namespace
 
-TEST(VpointMarginSolver, MarginsGiveTheirPointAndStraysWithLowWeightsAreDropped) {
+// The stray leans 3 degrees off; its weight is below a third of an equal
+// share (1/4 / 3 over four lines), so it is dropped. Upright margins are
+// straighter as they are than under any point: with the reference at 90
+// degrees they are taken as parallel. Every answer but a point found leaves
+// the point untouched.
+TEST(VpointMarginSolver, MarginsGiveTheirPointStraysAreDroppedAndTooFewOrUprightGiveNone) {
     struct Case {
         const char* name;
         std::vector<GeolineBase> lines;
         std::vector<double> weights;
         std::size_t weights_left;
+        int code;
     };
-    // The stray leans 3 degrees off; its weight is below a third of an
-    // equal share (1/4 / 3 over four lines), so it is dropped.
     const GeolineBase stray = corner_line_through(Point(700.0, kHeight - 1.0), Point(700.0 + 0.052 * 6800, -6000.0));
+    const std::vector<GeolineBase> upright = {GeolineBase(1.0, 0.0, -100.0), GeolineBase(1.0, 0.0, -500.0),
+                                              GeolineBase(1.0, 0.0, -880.0)};
     const Case cases[] = {
-        {"two", {margin(100), margin(880)}, {1.0, 1.0}, 2},
-        {"three equal", {margin(100), margin(500), margin(880)}, {1.0, 1.0, 1.0}, 3},
-        {"stray dropped", {margin(100), margin(500), margin(880), stray}, {0.3, 0.3, 0.3, 0.01}, 3},
+        {"two", {margin(100), margin(880)}, {1.0, 1.0}, 2, VPOINT_FOUND},
+        {"three equal", {margin(100), margin(500), margin(880)}, {1.0, 1.0, 1.0}, 3, VPOINT_FOUND},
+        {"stray dropped", {margin(100), margin(500), margin(880), stray}, {0.3, 0.3, 0.3, 0.01}, 3, VPOINT_FOUND},
+        {"one line", {margin(100)}, {1.0}, 1, VPOINT_NO_RESULT},
+        {"fewer weights than lines", {margin(100), margin(800)}, {1.0}, 1, VPOINT_NO_RESULT},
+        {"upright", upright, {1.0, 1.0, 1.0}, 3, VPOINT_TREAT_AS_PARALLEL},
     };
     for (const Case& c : cases) {
         VpointMarginSolver solver(kWidth, kHeight, 3.5f, VERTICAL_DIRECTION);
         std::vector<double> weights = c.weights;
-        Point point(0.0, 0.0);
+        Point point(1.0, 2.0);
         const int code = solver.perform_margin_vpoint_searching(c.lines, weights, point, 90.0f);
-        ASSERT_EQ(code, VPOINT_FOUND) << c.name;
+        if (c.code == VPOINT_TREAT_AS_PARALLEL) {
+            EXPECT_TRUE(code == VPOINT_TREAT_AS_PARALLEL || code == VPOINT_NO_RESULT) << code;
+        } else {
+            ASSERT_EQ(code, c.code) << c.name;
+        }
+        if (c.code != VPOINT_FOUND) {
+            EXPECT_TRUE(point.x == 1.0 && point.y == 2.0) << c.name;
+            continue;
+        }
         EXPECT_EQ(weights.size(), c.weights_left) << c.name;
         // The direction seen from the image's centre, where a rectification is judged.
         const double found = std::atan2(point.x - kWidth / 2.0, kHeight / 2.0 - point.y);
         const double truth = std::atan2(kTruth.x - kWidth / 2.0, kHeight / 2.0 - kTruth.y);
         EXPECT_NEAR(found, truth, 1e-6) << c.name;
     }
-}
-
-TEST(VpointMarginSolver, TooFewLinesOrWeightsGiveNothingAndLeaveThePoint) {
-    VpointMarginSolver solver(kWidth, kHeight, 3.5f, VERTICAL_DIRECTION);
-    Point point(1.0, 2.0);
-    std::vector<double> weights = {1.0};
-    EXPECT_EQ(solver.perform_margin_vpoint_searching({margin(100)}, weights, point, 90.0f), VPOINT_NO_RESULT);
-    weights = {1.0};
-    EXPECT_EQ(solver.perform_margin_vpoint_searching({margin(100), margin(800)}, weights, point, 90.0f),
-              VPOINT_NO_RESULT);
-    EXPECT_EQ(point.x, 1.0);
-    EXPECT_EQ(point.y, 2.0);
-}
-
-// Upright margins are straighter as they are than under any point: with the
-// reference at 90 degrees they are taken as parallel, the point untouched.
-TEST(VpointMarginSolver, UprightMarginsAreParallel) {
-    VpointMarginSolver solver(kWidth, kHeight, 3.5f, VERTICAL_DIRECTION);
-    const std::vector<GeolineBase> lines = {GeolineBase(1.0, 0.0, -100.0), GeolineBase(1.0, 0.0, -500.0),
-                                            GeolineBase(1.0, 0.0, -880.0)};
-    std::vector<double> weights = {1.0, 1.0, 1.0};
-    Point point(0.0, 0.0);
-    const int code = solver.perform_margin_vpoint_searching(lines, weights, point, 90.0f);
-    EXPECT_TRUE(code == VPOINT_TREAT_AS_PARALLEL || code == VPOINT_NO_RESULT) << code;
-    EXPECT_EQ(point.x, 0.0);
-    EXPECT_EQ(point.y, 0.0);
 }
