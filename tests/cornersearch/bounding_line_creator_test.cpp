@@ -1,0 +1,87 @@
+// The page-edge lines of page photos, by Canny edges or, where the page
+// barely stands out, by the binarization; the measures of four lines.
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "cornersearch/bounding_line_creator.h"
+#include "cornersearch/corner_preprocessing.h"
+#include "edgelines/bounding_lines_operator.h"
+#include "edgelines/bounding_lines_quality.h"
+#include "support/images.h"
+
+namespace geometric {
+namespace {
+
+// One line a side, each within `tolerance` of its side's two corners.
+void expect_sides(const std::vector<BoundingLine>& lines, const support::Quad& page, double tolerance) {
+    ASSERT_EQ(lines.size(), 4u);
+    const int ends[4][2] = {{3, 0}, {0, 1}, {1, 2}, {2, 3}};  // left, top, right, bottom
+    int sides = 0;
+    for (const BoundingLine& line : lines) {
+        sides |= 1 << line.position;
+        EXPECT_TRUE(line.has_dominant_segment);
+        for (int k : ends[line.position])
+            EXPECT_LT(line.line.point_distance(Geocoordinate<double>(page[k].x, page[k].y)), tolerance);
+    }
+    EXPECT_EQ(sides, 15);
+}
+
+// Paper 136 on a desk of 128 without marks: the step stays below Canny's
+// upper threshold, so the edges are empty, while the binarization keeps a
+// bright rim inside the page's sides. Lines fitted to the whole rim stand
+// inside the page, hence the wider tolerance; the staged search finds no page.
+TEST(BoundingLineCreator, EachSideOfPagePhotosHasItsLine) {
+    const support::Quad leaning = support::quad(140, 100, 660, 60, 620, 500, 100, 540);
+    const struct {
+        support::Quad page;
+        support::Paper look;
+        double tolerance;
+    } cases[] = {{leaning, support::Paper(), 3.0},
+                 {support::quad(200, 80, 600, 120, 700, 520, 90, 480), support::Paper(), 3.0},
+                 {leaning, support::Paper{136, 128, 40, false}, 25.0}};
+    for (const auto& c : cases) {
+        const common::BasicImage photo = support::photo(800, 600, c.page, c.look);
+        const bool clear = c.tolerance == 3.0;
+        if (!clear) {
+            common::BasicImage edges;
+            bool strongly = true;
+            geometric_test::CornerPreprocessing::perform_edge_detection(photo, edges, strongly, 1);
+            ASSERT_EQ(support::checksum(edges), support::checksum(support::flat_image(600, 800, 0, common::BINARY)));
+        }
+        CornerSearchPara para;
+        std::vector<BoundingLine> lines, partial, simplified;
+        EXPECT_TRUE(BoundingLineCreator::formulate_bounding_lines(para, photo, lines, partial));
+        expect_sides(lines, c.page, c.tolerance);
+        EXPECT_EQ(BoundingLineCreator::formulate_bounding_lines_via_edge_simplification(para, photo, simplified), clear);
+        if (clear) expect_sides(simplified, c.page, 3.0);
+    }
+}
+
+// The ends of a 300 x 200 frame in a 400 x 300 image, the top stopping 3
+// and 4 pixels short of its corners: gaps of 7 over 993 pixels of support.
+// The measures read ends and lengths only.
+TEST(BoundingLinesQuality, MeasuresOfAFrame) {
+    const float ends[4][4] = {{50, 50, 50, 250}, {346, 50, 53, 50}, {350, 250, 350, 50}, {50, 250, 350, 250}};
+    std::vector<BoundingLine> lines(4);
+    for (int k = 0; k < 4; ++k) {
+        lines[k].position = static_cast<BoundingLinePosition>(k);
+        lines[k].x1 = ends[k][0], lines[k].y1 = ends[k][1], lines[k].x2 = ends[k][2], lines[k].y2 = ends[k][3];
+        lines[k].segment_length = k == 1 ? 293 : 200 + 100 * (k / 3);
+    }
+    BoundingLineProperty property;
+    BoundingLinesOperator::initializeBoundingLineProperty(lines, property);
+    for (const auto& c : {std::make_pair(1.9, 2.9), std::make_pair(2.0, 0.0), std::make_pair(0.0, 3.0)}) {
+        property.horizontal_angle_disparity = c.first;
+        property.vertical_angle_disparity = c.second;
+        BoundingLinesQuality quality;
+        quality.evaluate(400, 300, 300, 200, lines, property);
+        EXPECT_FLOAT_EQ(quality.unclosed_ratio, 7.0f / 993.0f);
+        EXPECT_FLOAT_EQ(quality.area_ratio, 0.5f);
+        EXPECT_FLOAT_EQ(quality.length_ratio, 993.0f / 1400.0f);
+        EXPECT_EQ(quality.is_parallel_enough, c.first == 1.9);
+    }
+}
+
+}  // namespace
+}  // namespace geometric
