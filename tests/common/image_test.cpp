@@ -88,7 +88,7 @@ TEST(ImageBrightestColor, RedCountsMostBlueNotAtAllAndTheFirstWins) {
     struct Case { std::vector<unsigned> pixels; unsigned brightest; };
     const Case cases[] = {
         {{0x0000FF, 0x640000, 0x006400, 0x000000}, 0x64u},  // red 100: 59; green 100: 58
-        {{0x000001, 0xFFFF00, 0xFFFFFF, 0x000000}, 0x00FFFFu},
+        {{0x000001, 0xFFFF0A, 0xFFFFFF, 0x000000}, 0x0AFFFFu},  // blue comes back in the high byte
         {{0x0A0000, 0x0A0005, 0x000000, 0x000000}, 0x0Au},
         {{0x000000, 0x000000, 0x0A0000, 0x0B0000}, 0x0Bu},  // on the second row
     };
