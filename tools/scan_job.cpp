@@ -7,7 +7,6 @@
 
 #include "common/constants.h"
 #include "image_file.h"
-#include "library_offer.h"
 #include "overlay.h"
 #include "page_finder.h"
 #include "scan_error.h"
@@ -65,7 +64,7 @@ void find(const Raster& image, const ScanOptions& options, JobReport& report) {
     report.code = outcome.code;
     // Only a miss says which searches ran; the text search is asked about then.
     const bool missed = outcome.code == 3;
-    report.meaning = meaning_of_corrector_code(outcome.code, missed && !options.edges_only && text_search_offered());
+    report.meaning = meaning_of_corrector_code(outcome.code, missed && !options.edges_only);
     report.page_found = outcome.found;
     report.has_corners = outcome.found;
     report.corners = outcome.corners;

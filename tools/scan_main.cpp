@@ -14,7 +14,6 @@
 #include <unistd.h>
 
 #include "image_file.h"
-#include "library_offer.h"
 #include "morvane/morvane.h"
 #include "scan_error.h"
 #include "scan_job.h"
@@ -93,18 +92,6 @@ std::string page_name(const std::string& name, ImageFormat format) {
     return (named == ImageFormat::Unknown ? name : stem(name)) + extension_of(format);
 }
 
-// Options whose library functions this build lacks stop the run before any
-// work: the user asked for a result that cannot be had.
-void check_available(const ScanOptions& options) {
-    if (options.engine >= 0 && !engine_method_offered(options.engine)) {
-        throw ScanError("--engine " + std::to_string(options.engine) +
-                        " is not available in this build yet (morvane-scan --help lists the methods it has)");
-    }
-    if (options.dpi && !resolution_estimate_offered()) {
-        throw ScanError("--dpi is not available in this build: the resolution estimate needs page analysis");
-    }
-}
-
 // Where each input's results go; refuses collisions before any work, and
 // makes the output folders once the plan holds.
 std::vector<JobPaths> plan(const ScanOptions& options) {
@@ -168,7 +155,6 @@ int run(int argc, char** argv) {
         print_version();
         return kExitPageWritten;
     }
-    check_available(options);
     const std::vector<JobPaths> jobs = plan(options);
 
     const bool batch = jobs.size() > 1;

@@ -66,7 +66,7 @@ bool parse_corners(const std::string& text, ControlPointCorners& corners);
 // picture is shown). Otherwise what is wrong, in words.
 std::string corners_problem(const ControlPointCorners& corners);
 
-// The --help text, with what this build of the library offers.
+// The --help text.
 std::string help_text();
 
 }  // namespace scan

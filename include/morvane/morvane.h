@@ -189,10 +189,12 @@ MORVANE_API int obtain_output_image_dimension(const ControlPointCorners* corners
  * An image is refused when its long side exceeds 7.0 times its short side or
  * its short side is below 10 pixels. Four-channel images cannot be searched.
  *
- * What this version of the library has of the above, one step a line:
+ * The searches, in short:
  * - The page-edge search runs its binary and edge stages (large blobs and
  *   their outlines); the edge-only mode adds its line segment stage, which
- *   completes pages cut by the image border.
+ *   completes pages cut by the image border. After set_line_registration
+ *   with 0 the classic search takes their place: page-edge lines by a Hough
+ *   transform, each direction judged by where its opposite edges cross.
  * - The text search weighs the edge result first and keeps a good one as
  *   it is; otherwise it reads the horizontal direction from the text lines
  *   (page analysis, eigenpoint groups and their merging, a consensus of the
@@ -201,7 +203,8 @@ MORVANE_API int obtain_output_image_dimension(const ControlPointCorners* corners
  *   edges, and draws the page around the text, never through it.
  * - The resolution estimate reads the size of the text by page analysis
  *   (300 when it finds too little text).
- * - Of the two binarization methods only Sauvola (0) is present.
+ * - The corrected page can be binarized by Sauvola (0) or by the
+ *   multi-scale method (1).
  */
 
 /* A new corrector with every parameter at its default; free it with destroy_corrector. */
