@@ -20,7 +20,9 @@ struct CornerSearchPara {
     int search_flag = 1;
     hybrid::ProjectiveRegistrationPara registration;
 
-    // Every field, the nested records through their own assignment.
+    // Every field, the nested records through their own copy and assignment.
+    CornerSearchPara() = default;
+    CornerSearchPara(const CornerSearchPara& other) = default;
     CornerSearchPara& operator=(const CornerSearchPara& other) = default;
 };
 
