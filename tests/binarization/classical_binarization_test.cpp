@@ -82,15 +82,6 @@ TEST(ClassicalMethods, InkIsTheBarOnly) {
     }
 }
 
-TEST(WolfBinarizationOriginal, FlatPageHasNoInk) {
-    // Every deviation is 0, so R is 0 and each threshold is not a number.
-    const common::BasicImage gray = support::flat_image(30, 30, 90);
-    common::BasicImage output;
-    WolfBinarizationOriginal wolf(&gray, &output);
-    ASSERT_TRUE(wolf.run_binarization());
-    for (int i = 0; i < output.get_data_size(); ++i) EXPECT_EQ(output.get_data()[i], 0);
-}
-
 }  // namespace
 }  // namespace geometric
 

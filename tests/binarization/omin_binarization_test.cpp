@@ -90,19 +90,6 @@ TEST(OminBinarization, SingleScalePageMatchesThePlainThreshold) {
         }
 }
 
-TEST(OminBinarization, PyramidLevelsFollowTheLongerSide) {
-    const int cases[][2] = {{750, 0}, {1299, 0}, {1300, 1}, {2599, 1}, {2600, 2}, {3001, 2}, {60000, 6}};
-    for (const auto& c : cases) {
-        const common::BasicImage gray = support::flat_image(2, c[0], 128);
-        OminBinarization omin;
-        omin.create_image_pyramid(gray);
-        ASSERT_EQ(omin.get_image_pyramid().levels, c[1]) << c[0];
-        if (c[1] > 0) {
-            EXPECT_EQ(omin.get_image_pyramid().images.back()->get_width(), c[0] >> c[1]);
-        }
-    }
-}
-
 // 1100 wide: start at scale 1, window 35 / 2 = 17; the floor of each next
 // scale takes 0.25 (0.9 - r) of the ceiling before, r counting up in floats.
 TEST(OminBinarization, ScaleLimitsAndMarksOfALargePage) {

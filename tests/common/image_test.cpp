@@ -58,29 +58,6 @@ TEST(ImageViews, ResetOfAViewTakesOverOrFreesTheBuffer) {
     EXPECT_TRUE(other.get_owns_data());
 }
 
-TEST(ImagePixels, AccessPointersAndInversionByType) {
-    BasicImage binary(2, 40, common::BINARY);
-    binary.set_pixel(0, 0, 5);
-    binary.set_pixel(39, 1, 1);
-    EXPECT_EQ(binary.get_data()[0], 0x80);      // most significant bit leftmost
-    EXPECT_EQ(binary.get_data()[8 + 4], 0x01);  // pixel 39 is bit 0 of byte 4 of row 1
-
-    BasicImage rgb(3, 4, common::RGB);
-    rgb.set_pixel(1, 2, 0xAABBCC);
-    EXPECT_EQ(rgb.get_data()[24 + 3], 0xAA);  // red first
-    EXPECT_EQ(rgb.get_data()[24 + 5], 0xCC);
-    EXPECT_EQ(rgb.get_pixel_pointer(2, 1), rgb.get_data() + 12 + 6);
-    EXPECT_EQ(support::thrown_text<const char*>([&] { binary.get_pixel_pointer(0, 0); }),
-              "UNKNOWN and BGRA types are not handled in fct get_pixel_pointer");
-
-    unsigned char bgra_pixels[8] = {0};
-    EXPECT_EQ(BasicImage(bgra_pixels, 1, 2, common::BGRA).get_line_pointer(0), nullptr);  // although it has a buffer
-
-    BasicImage narrow(1, 3, common::BINARY);
-    narrow.invert();
-    for (int i = 0; i < 4; ++i) EXPECT_EQ(narrow.get_data()[i], 0xFF);  // padding included
-}
-
 // Brightness (598 R + 587 G) / 1000: red counts most, blue not at all; the
 // first pixel of the highest wins, and 255 stops the search. Red comes back
 // in the low byte.

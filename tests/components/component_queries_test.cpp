@@ -38,12 +38,6 @@ std::vector<BinaryRun> plain_bit_runs(const std::vector<unsigned char>& bytes, i
     return runs;
 }
 
-std::vector<unsigned char> bits_of(const std::vector<int>& columns, int row_size) {
-    std::vector<unsigned char> bytes(row_size, 0);
-    for (int x : columns) bytes[x >> 3] |= static_cast<unsigned char>(0x80 >> (x & 7));
-    return bytes;
-}
-
 std::string describe(const std::vector<BinaryRun>& runs) {
     std::string text;
     for (const BinaryRun& run : runs) text += "(" + std::to_string(run.start) + "," + std::to_string(run.end) + ")";
@@ -76,31 +70,6 @@ TEST(RunsInLine, BitonalScanMatchesAPixelScanOnRandomLines) {
         const std::vector<BinaryRun> expected = plain_bit_runs(bytes, start_column, width);
         ASSERT_EQ(describe(runs_of(line)), describe(expected)) << "width " << width << " start " << start_column;
     }
-}
-
-// Width 12: bits 12 to 31 of the row are padding and should be zero. A set
-// one alone is still reported as (start, width - 1); one joined to the last
-// column extends that run to the first clear bit minus one.
-TEST(RunsInLine, SetPaddingBits) {
-    RunsInLine line;
-    const std::vector<unsigned char> lone = bits_of({2, 14, 30}, 4);
-    line.formulate_runs(lone.data(), 0, 12);
-    EXPECT_EQ(describe(runs_of(line)), "(2,2)(14,11)");
-    const std::vector<unsigned char> joined = bits_of({10, 11, 12, 13}, 4);
-    line.formulate_runs(joined.data(), 0, 12);
-    EXPECT_EQ(describe(runs_of(line)), "(10,13)");
-}
-
-TEST(ConnectedComponentQueries, EmptyImageHasNoLabelsOrContours) {
-    const common::BasicImage empty(4, 9, common::BINARY);
-    ConnectedComponentCalculator calculator;
-    std::vector<int> labels;
-    calculator.calculate_label_image(empty, labels, 2);
-    EXPECT_EQ(labels, std::vector<int>(13 * 8, 0));
-    std::vector<Geocoordinate<int>> points;
-    calculator.obtain_blob_contours_one_by_one(empty, points);
-    EXPECT_TRUE(points.empty());
-    EXPECT_TRUE(calculator.isemptyblob());
 }
 
 namespace {
@@ -146,22 +115,6 @@ TEST(ConnectedComponentQueries, ScaleImagesEraseOrKeepTheComponentsOutOfRange) {
         EXPECT_EQ(by_height.binary.get_pixel(3, 2), 0u);
         EXPECT_EQ(by_height.binary.get_pixel(0, 0), only ? 1u : 0u);
     }
-}
-
-TEST(ConnectedComponentQueries, ScaleImageLevelsOutsideTheTablesThrow) {
-    common::BasicImage binary = binary_from_text({"#."});
-    common::BasicImage scale(64, 64, common::GRAY);
-    ConnectedComponentCalculator a, b, c, d;
-    EXPECT_THROW(a.create_scale_img(6, scale, binary, 0, 1, true, 9.0, 0.0), const char*);
-    EXPECT_THROW(b.create_scale_img(1, scale, binary, 2, 1, true, 9.0, 0.0), const char*);
-    EXPECT_THROW(c.create_scale_img_only(5, scale, binary, 0, 1, true, 9.0, 0.0), const char*);
-    // Level 5 over base 1 is served by create_scale_img_only but draws nothing.
-    EXPECT_EQ(d.create_scale_img_only(5, scale, binary, 1, 1, true, 9.0, 0.0), 0);
-    EXPECT_TRUE(support::bytes_of(scale) == std::vector<unsigned char>(scale.get_data_size(), 0));
-    ConnectedComponentCalculator e;
-    EXPECT_EQ(e.create_scale_img(5, scale, binary, 0, 1, true, 9.0, 0.0), 0);
-    EXPECT_EQ(scale.get_pixel(31, 31), 6u);
-    EXPECT_EQ(scale.get_pixel(32, 0), 0u);
 }
 
 namespace {

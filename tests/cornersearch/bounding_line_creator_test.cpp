@@ -1,13 +1,11 @@
 // The page-edge lines of page photos, by Canny edges or, where the page
-// barely stands out, by the binarization; the measures of four lines.
+// barely stands out, by the binarization.
 #include <gtest/gtest.h>
 
 #include <vector>
 
 #include "cornersearch/bounding_line_creator.h"
 #include "cornersearch/corner_preprocessing.h"
-#include "edgelines/bounding_lines_operator.h"
-#include "edgelines/bounding_lines_quality.h"
 #include "support/images.h"
 
 namespace geometric {
@@ -55,31 +53,6 @@ TEST(BoundingLineCreator, EachSideOfPagePhotosHasItsLine) {
         expect_sides(lines, c.page, c.tolerance);
         EXPECT_EQ(BoundingLineCreator::formulate_bounding_lines_via_edge_simplification(para, photo, simplified), clear);
         if (clear) expect_sides(simplified, c.page, 3.0);
-    }
-}
-
-// The ends of a 300 x 200 frame in a 400 x 300 image, the top stopping 3
-// and 4 pixels short of its corners: gaps of 7 over 993 pixels of support.
-// The measures read ends and lengths only.
-TEST(BoundingLinesQuality, MeasuresOfAFrame) {
-    const float ends[4][4] = {{50, 50, 50, 250}, {346, 50, 53, 50}, {350, 250, 350, 50}, {50, 250, 350, 250}};
-    std::vector<BoundingLine> lines(4);
-    for (int k = 0; k < 4; ++k) {
-        lines[k].position = static_cast<BoundingLinePosition>(k);
-        lines[k].x1 = ends[k][0], lines[k].y1 = ends[k][1], lines[k].x2 = ends[k][2], lines[k].y2 = ends[k][3];
-        lines[k].segment_length = k == 1 ? 293 : 200 + 100 * (k / 3);
-    }
-    BoundingLineProperty property;
-    BoundingLinesOperator::initializeBoundingLineProperty(lines, property);
-    for (const auto& c : {std::make_pair(1.9, 2.9), std::make_pair(2.0, 0.0), std::make_pair(0.0, 3.0)}) {
-        property.horizontal_angle_disparity = c.first;
-        property.vertical_angle_disparity = c.second;
-        BoundingLinesQuality quality;
-        quality.evaluate(400, 300, 300, 200, lines, property);
-        EXPECT_FLOAT_EQ(quality.unclosed_ratio, 7.0f / 993.0f);
-        EXPECT_FLOAT_EQ(quality.area_ratio, 0.5f);
-        EXPECT_FLOAT_EQ(quality.length_ratio, 993.0f / 1400.0f);
-        EXPECT_EQ(quality.is_parallel_enough, c.first == 1.9);
     }
 }
 

@@ -86,17 +86,6 @@ TEST(TextBlobExaminerTest, AnglesAndEccentricitiesMatchTheMomentsWorkedOutByHand
     EXPECT_EQ(TextBlobExaminer::get_blob_angle(OneBlob(staircase(5, 5, 1, 12, true)).feature), 180.0f);
 }
 
-TEST(TextBlobExaminerTest, BlobWithoutPixelsIsRejectedNotMeasured) {
-    TextBlobExaminer examiner(0.0, 90.0f);
-    GeolineBasePoints<float> line;
-    double eccentricity = 0.0;
-    EXPECT_FALSE(examiner.extract_line_from_blob(TextBlob(), line, eccentricity));
-    TextBlobExaminer::TextBlobFeature feature;
-    TextBlobExaminer::get_features_from_blob(std::vector<Geocoordinate<int>>(), feature);
-    EXPECT_EQ(feature.count, 0);
-    EXPECT_TRUE(std::isnan(feature.variance_x));
-}
-
 namespace {
 
 std::vector<unsigned> sorted_areas(const std::list<TextBlob>& blobs) {

@@ -13,7 +13,6 @@
 #include "common/basic_image.h"
 #include "pixel/binary_image_operator.h"
 #include "pixel/geo_despeckle.h"
-#include "pixel/geo_morph_iterative_dilation.h"
 #include "pixel/geo_morphological.h"
 #include "pixel/image_operator.h"
 #include "support/images.h"
@@ -22,7 +21,6 @@
 using common::BasicImage;
 using geometric::BinaryImageOperator;
 using geometric::GeoDespeckle;
-using geometric::GeoMorphIterativeDilation;
 using geometric::GeoMorphological;
 using geometric::ImageOperator;
 using support::BitBuffer;
@@ -200,61 +198,6 @@ TEST(GeoDespeckle, MatchesAPerPixelVersionInPlaceAndIntoAnotherBuffer) {
                                           in_place.bytes.data());
         ASSERT_EQ(in_place.bytes, expected.bytes) << "trial " << trial;
     }
-}
-
-namespace {
-
-// The rounds written out with the plain operations: a temporary never cleared.
-std::vector<unsigned char> rounds_by_hand(const common::BasicImage& source, int iterations, bool clear_padding) {
-    common::BasicImage image(source);
-    common::BasicImage temporary(image.get_height(), image.get_width(), common::BINARY);
-    const int width = image.get_width();
-    for (int round = 0; round < iterations; ++round) {
-        GeoMorphological::dilate_xy(image, temporary);
-        std::memcpy(image.get_data(), temporary.get_data(), static_cast<size_t>(image.get_data_size()));
-        if (!clear_padding) continue;
-        for (int y = 0; y < image.get_height(); ++y)
-            for (int x = width; x < std::min(image.get_row_size() * 8, (width + 1) / 8 * 8 + 8); ++x)
-                image.set_pixel(x, y, 0);
-    }
-    return support::bytes_of(image);
-}
-
-}  // namespace
-
-TEST(GeoMorphIterativeDilation, AccumulatesAndMasksLikeTheRoundsWrittenOut) {
-    std::mt19937 random(2026u);
-    for (int width : {13, 15, 16, 31, 32, 47}) {
-        common::BasicImage image(9, width, common::BINARY);
-        for (int y = 0; y < 9; ++y)
-            for (int x = 0; x < width; ++x)
-                if (random() % 9 == 0) image.set_pixel(x, y, 1);
-        for (bool clear_padding : {false, true}) {
-            for (int iterations : {0, 1, 2, 3}) {
-                common::BasicImage work(image);
-                GeoMorphIterativeDilation dilation(iterations, clear_padding);
-                dilation.dilate_image_iterative(work);
-                const std::vector<unsigned char> expected = rounds_by_hand(image, iterations, clear_padding);
-                ASSERT_EQ(support::bytes_of(work), expected)
-                    << "width " << width << " iterations " << iterations << " clear " << clear_padding;
-            }
-        }
-    }
-}
-
-TEST(BinaryImageOperator, BlackRunFindsInkAcrossByteBoundaries) {
-    // Row of 64 bits with ink at bits 5 and 30 only.
-    std::vector<unsigned char> row(8, 0);
-    row[0] = 0x80 >> 5;
-    row[3] = 0x80 >> 6;
-    struct Case { int start, length; bool expected; };
-    const Case cases[] = {
-        {0, 5, false}, {0, 6, true},  {5, 1, true},  {6, 24, false}, {6, 25, true},
-        {30, 1, true}, {31, 33, false}, {2, 0, false}, {3, 40, true}, {8, 16, false},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(BinaryImageOperator::check_black_run(row.data(), c.start, c.length), c.expected)
-            << "start " << c.start << " length " << c.length;
 }
 
 TEST(BinaryImageOperator, BackgroundAverageWalksTheClippedRingOnce) {

@@ -28,18 +28,6 @@ struct Gray {
             for (int x = x0; x < x1; ++x) at(x, y) = value;
     }
 
-    // Fills the pixels whose centre lies inside the rectangle of centre (cx, cy),
-    // sides a (along angle) and b, turned by `angle` radians.
-    void fill_rotated(double cx, double cy, double a, double b, double angle, unsigned char value) {
-        const double c = std::cos(angle), s = std::sin(angle);
-        for (int y = 0; y < height; ++y)
-            for (int x = 0; x < width; ++x) {
-                const double u = (x - cx) * c + (y - cy) * s;
-                const double v = -(x - cx) * s + (y - cy) * c;
-                if (std::fabs(u) <= a / 2 && std::fabs(v) <= b / 2) at(x, y) = value;
-            }
-    }
-
     void noise(std::uint32_t seed) { pixels = noise_bytes(pixels.size(), seed); }
 };
 
