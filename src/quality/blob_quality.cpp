@@ -33,8 +33,8 @@ double BlobQuality::calculate_global_quality_imp(const common::Image& image, con
     common::BasicImage own_binary;
     if (binary == nullptr) {
         BinarizationEnginee engine(&image, &own_binary, binarization_method);
-        // A gray image always binarizes; only a method without a binarizer fails.
-        if (engine.perfomr_binarization() != 0) throw Geometricexception("the binarization method is not available");
+        // A gray image always binarizes; the throw guards the engine's failure code.
+        if (engine.perfomr_binarization() != 0) throw Geometricexception("the image to grade could not be binarized");
         binary = &own_binary;
     } else if (binary->get_image_type() != common::BINARY || binary->get_width() != image.get_width() ||
                binary->get_height() != image.get_height()) {
