@@ -164,4 +164,6 @@ def test_every_library_call_releases_the_gil(sample):
         "quality": lambda: morvane.quality(sample),
         "read_image": lambda: morvane.read_image(SAMPLE),
     }
-    assert [name for name, call in calls.items() if not ran_beside(call)] == []
+    # A short call may end before a loaded machine schedules this thread at
+    # all; one that holds the GIL never lets it run, however often it is tried.
+    assert [name for name, call in calls.items() if not any(ran_beside(call) for _ in range(5))] == []
