@@ -260,7 +260,13 @@ struct GrayLinearSampler : LinearSampler<1> {
     }
 
 private:
-    static int two_bytes(const unsigned char* p) { return p[0] | (p[1] << 8); }
+    // The pixel in the low byte, its right neighbour above it: one 16-bit
+    // load, as the unit is little-endian.
+    static int two_bytes(const unsigned char* p) {
+        uint16_t bytes;
+        std::memcpy(&bytes, p, 2);
+        return bytes;
+    }
 };
 #endif
 
@@ -297,14 +303,15 @@ struct alignas(32) RowPosition {
     double n[4];
 };
 
-// The output is written in tiles of kTileRows rows and kTileColumns columns
-// where its rows run across the photo's rows (a page lying sideways): a whole
-// output row then reads two lines of thousands of photo rows, which have
-// left the cache when the next output row comes back to them, while within a
-// tile the lines one row reads serve the rows below it. Where the output
-// rows run along the photo's rows, whole rows already read the photo in its
-// own order, and the tiles are as wide as the output.
-constexpr int kTileRows = 64;
+// The output is written in tiles of kTileRows rows and kTileColumns columns.
+// Where the output rows run across the photo's rows (a page lying sideways),
+// a whole output row reads two lines of thousands of photo rows, which have
+// left the cache when the next output row comes back to them; within a tile
+// the lines one row reads serve the rows below it. Where the output rows run
+// along the photo's rows, a tile's photo rows stay cached from one output
+// row to the next as well, and the tiles measured a little faster than
+// whole rows there too.
+constexpr int kTileRows = 128;
 constexpr int kTileColumns = 256;  // even: the wide loop takes two pixels at a time
 
 // Each position is still the row's base plus the column steps before it,
@@ -313,8 +320,6 @@ constexpr int kTileColumns = 256;  // even: the wide loop takes two pixels at a 
 template <typename Pieces>
 void warp_in_tiles(const WarpJob& job, Pieces& pieces) {
     const int bytes = job.bytes_per_pixel;
-    const bool across = std::fabs(job.column_y) > std::fabs(job.column_x);
-    const int columns = across ? kTileColumns : job.output_width;
     const ptrdiff_t row_bytes = static_cast<ptrdiff_t>(job.output_width) * bytes;
     RowPosition starts[kTileRows];
     RowPosition base = {{job.k.x0, job.k.y0, 1.0, 0.0}};
@@ -327,8 +332,8 @@ void warp_in_tiles(const WarpJob& job, Pieces& pieces) {
             base.n[2] += job.row_w;
         }
         unsigned char* band = job.output + static_cast<ptrdiff_t>(v0) * row_bytes;
-        for (int u0 = 0; u0 < job.output_width; u0 += columns) {
-            const int count = std::min(columns, job.output_width - u0);
+        for (int u0 = 0; u0 < job.output_width; u0 += kTileColumns) {
+            const int count = std::min(kTileColumns, job.output_width - u0);
             unsigned char* out = band + static_cast<ptrdiff_t>(u0) * bytes;
             for (int r = 0; r < rows; ++r, out += row_bytes) pieces(starts[r], out, count);
         }
