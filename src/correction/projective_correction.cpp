@@ -478,6 +478,15 @@ public:
         const __m256d inner_high = _mm256_set_pd(inner_bottom, inner_right, inner_bottom, inner_right);
         const ptrdiff_t ahead = prefetch_offset(start.n[0], start.n[1], start.n[2], job.column_x, job.column_y,
                                                 job.column_w, bytes, job.row_size);
+        // Local copies: the compiler must assume that every byte stored to
+        // the output may change the job's and the sampler's fields, and
+        // would load them again for every pair.
+        const Sampler sampler = sample;
+        const unsigned char* const input = job.input;
+        const ptrdiff_t row_size = job.row_size;
+        auto source_at = [input, row_size, bytes](int xi, int yi) {
+            return input + static_cast<ptrdiff_t>(yi) * row_size + static_cast<ptrdiff_t>(xi) * bytes;
+        };
         __m256d n = _mm256_load_pd(start.n);
         for (int u = 0; u < count; u += 2) {
             const __m256d first = n, second = _mm256_add_pd(first, column_step);
@@ -495,10 +504,10 @@ public:
             const bool pair = u + 1 < count;
             if (inner == 15 && pair) {
                 const unsigned char* first_source =
-                    job.source<kBytes>(_mm_cvtsi128_si32(floors), _mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 1)));
-                prefetch(first_source, ahead, job.row_size);
-                sample.pair(first_source,
-                            job.source<kBytes>(_mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 2)),
+                    source_at(_mm_cvtsi128_si32(floors), _mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 1)));
+                prefetch(first_source, ahead, row_size);
+                sampler.pair(first_source,
+                            source_at(_mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 2)),
                                                _mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 3))),
                             fractions, out, bytes);
                 out += 2 * bytes;
@@ -506,9 +515,9 @@ public:
             }
             if ((inner & 3) == 3) {
                 const unsigned char* source =
-                    job.source<kBytes>(_mm_cvtsi128_si32(floors), _mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 1)));
-                prefetch(source, ahead, job.row_size);
-                sample(source, _mm_cvtss_f32(fractions), _mm_cvtss_f32(_mm_shuffle_ps(fractions, fractions, 1)),
+                    source_at(_mm_cvtsi128_si32(floors), _mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 1)));
+                prefetch(source, ahead, row_size);
+                sampler(source, _mm_cvtss_f32(fractions), _mm_cvtss_f32(_mm_shuffle_ps(fractions, fractions, 1)),
                        out);
             } else {
                 border(_mm256_castpd256_pd128(p), out);
@@ -516,7 +525,7 @@ public:
             out += bytes;
             if (!pair) break;
             if ((inner & 12) == 12) {
-                sample(job.source<kBytes>(_mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 2)),
+                sampler(source_at(_mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 2)),
                                           _mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 3))),
                        _mm_cvtss_f32(_mm_shuffle_ps(fractions, fractions, 2)),
                        _mm_cvtss_f32(_mm_shuffle_ps(fractions, fractions, 3)), out);
