@@ -242,8 +242,12 @@ struct GrayLinearSampler : LinearSampler<1> {
         const __m128i low_byte = _mm_set1_epi32(0xff);
         // Lanes: upper row of the first pixel, its lower row, the same of the
         // second; each the pixel (low byte) and its right neighbour.
-        const __m128i pairs = _mm_setr_epi32(two_bytes(first), two_bytes(first + row_size), two_bytes(second),
-                                             two_bytes(second + row_size));
+        // Word inserts into zeroed lanes rather than a set: the set was
+        // built in a general register, shifts and ors.
+        __m128i pairs = _mm_cvtsi32_si128(two_bytes(first));
+        pairs = _mm_insert_epi16(pairs, two_bytes(first + row_size), 2);
+        pairs = _mm_insert_epi16(pairs, two_bytes(second), 4);
+        pairs = _mm_insert_epi16(pairs, two_bytes(second + row_size), 6);
         const __m128 f = _mm_shuffle_ps(fractions, fractions, _MM_SHUFFLE(2, 2, 0, 0));
         const __m128 one = _mm_set1_ps(1.0f);
         const __m128i rows = _mm_and_si128(
