@@ -50,11 +50,14 @@ float corner_distance(const Geocoordinate<float>& p, const Geocoordinate<float>&
 // Source rows are met along a slanted or crossing line, which the
 // hardware's own prefetching follows badly: the pixels that the warp will
 // read some two hundred output pixels ahead are asked for now. Only a hint: the
-// addresses are never dereferenced, so they may lie outside the buffer.
+// addresses are never dereferenced, so they may lie outside the buffer. Near
+// the right end of a tile the hint reaches into the next tile, whose lines
+// then wait in the cache: without the hints the tiled warp took 1.3 to 1.6
+// times as long, upright pages too.
 constexpr int kPrefetchDistance = 192;
 
-// Byte distance between the source of the row's first pixel and of the
-// pixel kPrefetchDistance further, from the mapping's slope at the row start.
+// Byte distance between the source of a piece's first pixel and of the
+// pixel kPrefetchDistance further along its row, from the mapping's slope there.
 ptrdiff_t prefetch_offset(double nx, double ny, double w, double column_x, double column_y, double column_w,
                           int bytes, int row_size) {
     const double x0 = nx / w, y0 = ny / w;
