@@ -42,10 +42,15 @@ void ConnectedComponentCalculator::calculate_label_image(const common::BasicImag
         // arrays, no boxes, and each entry stored once.
         neighbor_reach = eight_neighborhood ? 1 : 0;
         runs_in_image = std::make_shared<RunsInImage>(image);
-        const RunLabels run_labels(*runs_in_image, neighbor_reach);
-        run_labels.write(labels, width, border);
-        strokes_pending = run_labels.count() > 0;
-        return;
+        if (RunLabels::runs_within(*runs_in_image, width)) {
+            const RunLabels run_labels(*runs_in_image, neighbor_reach);
+            run_labels.write(labels, width, border);
+            strokes_pending = run_labels.count() > 0;
+            return;
+        }
+        // Runs made by set padding bits: the strokes of the formation these
+        // runs begin, and the labels the plain way.
+        form_strokes(*runs_in_image);
     }
     formulate_if_empty(image);
     const std::size_t framed_width = static_cast<std::size_t>(width + 2 * border);

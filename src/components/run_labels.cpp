@@ -3,7 +3,35 @@
 
 #include <algorithm>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace geometric {
+
+namespace {
+
+// Label rows are mostly gaps of some ten entries and runs of two or three,
+// for which a call of the library's fill costs more than the stores.
+
+// Stores value from first on, four entries a store, up to last and perhaps
+// as many as three entries past it: the span written next, which starts at
+// last, overwrites them.
+inline void fill_over(int* first, int* last, int value) {
+#if defined(__SSE2__)
+    const __m128i values = _mm_set1_epi32(value);
+    for (; first < last; first += 4) _mm_storeu_si128(reinterpret_cast<__m128i*>(first), values);
+#else
+    for (; first < last; ++first) *first = value;
+#endif
+}
+
+// Stores value in [first, last) and nowhere else.
+inline void fill_exact(int* first, int* last, int value) {
+    for (; first < last; ++first) *first = value;
+}
+
+}  // namespace
 
 RunLabels::RunLabels(const RunsInImage& lines_, int reach) : lines(lines_), components(0) {
     const std::size_t height = lines.size();
@@ -30,7 +58,9 @@ RunLabels::RunLabels(const RunsInImage& lines_, int reach) : lines(lines_), comp
         const int root = find(s);
         if (head[root] == s) label_of_root[root] = ++components;
     }
-    for (int& entry : run_label) entry = label_of_root[find(entry)];
+    // Each stroke's label once, then each run's through its stroke.
+    for (int s = 0; s < strokes; ++s) head[s] = label_of_root[find(s)];
+    for (int& entry : run_label) entry = head[entry];
 }
 
 int RunLabels::find(int stroke) {
@@ -93,31 +123,40 @@ void RunLabels::label_line(std::size_t line, int reach) {
 }
 
 // Each row is written once, left to right: the frame, the gaps between runs
-// as zeros, the runs as their labels. A run that starts past its end (a set
-// padding bit) covers nothing.
+// as zeros, the runs as their labels. Every span but those of the last line
+// and of the bottom frame may spill up to three entries into the span after
+// it, which is written later; those stop exactly at the end of the array. An
+// array too narrow to take a spill after its second-to-last line is written
+// exactly throughout.
 void RunLabels::write(int* labels, int width, int border) const {
     const std::size_t framed_width = static_cast<std::size_t>(width) + 2 * static_cast<std::size_t>(border);
     const std::size_t height = lines.size();
     const std::size_t frame_rows = static_cast<std::size_t>(border) * framed_width;
-    std::fill(labels, labels + frame_rows, 0);
+    const bool room_to_spill = framed_width * (static_cast<std::size_t>(border) + 1) >= 3;
+    if (room_to_spill)
+        fill_over(labels, labels + frame_rows, 0);
+    else
+        fill_exact(labels, labels + frame_rows, 0);
+    const auto over = [](int* first, int* last, int value) { fill_over(first, last, value); };
+    const auto exact = [](int* first, int* last, int value) { fill_exact(first, last, value); };
     int* row = labels + frame_rows;
     for (std::size_t y = 0; y < height; ++y, row += framed_width) {
-        const RunsInLine& runs = lines[y];
-        const int* label = run_label.data() + line_start[y];
-        int* cursor = row;
-        int* const inside = row + border;
-        for (std::size_t i = 0; i < runs.size(); ++i) {
-            const BinaryRun& run = runs[i];
-            if (run.start > run.end) continue;
-            int* const first = inside + run.start;
-            int* const last = inside + run.end + 1;
-            std::fill(cursor, first, 0);
-            std::fill(first, last, label[i]);
-            cursor = last;
-        }
-        std::fill(cursor, row + framed_width, 0);
+        if (room_to_spill && y + 1 < height)
+            write_line(row, y, border, framed_width, over);
+        else
+            write_line(row, y, border, framed_width, exact);
     }
-    std::fill(row, row + frame_rows, 0);
+    fill_exact(row, row + frame_rows, 0);
+}
+
+bool RunLabels::runs_within(const RunsInImage& lines, int width) {
+    // Runs of a line are in order and apart, so the last one decides.
+    for (const RunsInLine& runs : lines) {
+        if (runs.empty()) continue;
+        const BinaryRun& last = runs[runs.size() - 1];
+        if (last.start > last.end || last.end >= width) return false;
+    }
+    return true;
 }
 
 }  // namespace geometric

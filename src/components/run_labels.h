@@ -24,9 +24,13 @@ public:
 
     // Number of components.
     int count() const { return components; }
-    // Writes the framed label image that calculate_label_image writes: every
-    // one of (width + 2 border) x (lines + 2 border) entries, row by row,
-    // each entry once; border must not be negative.
+    // True when every run lies within columns 0 to width - 1 with its start
+    // not after its end: false only where set padding bits made runs.
+    static bool runs_within(const RunsInImage& lines, int width);
+    // Writes the label image that calculate_label_image writes: every
+    // one of (width + 2 border) x (lines + 2 border) entries, row by row;
+    // border must not be negative, and every run must lie within the width
+    // (start <= end < width), which a line with clear padding bits ensures.
     void write(int* labels, int width, int border) const;
 
 private:
@@ -35,6 +39,23 @@ private:
     // A stroke of its own component, its own head.
     int new_stroke();
     void label_line(std::size_t line, int reach);
+    // One framed row: zeros, then each run's label over the columns of the
+    // run, zeros between and after, each span stored by fill(first, last, value).
+    template <typename Fill>
+    void write_line(int* row, std::size_t line, int border, std::size_t framed_width, Fill fill) const {
+        const RunsInLine& runs = lines[line];
+        const int* label = run_label.data() + line_start[line];
+        int* cursor = row;
+        int* const inside = row + border;
+        for (std::size_t i = 0; i < runs.size(); ++i) {
+            int* const first = inside + runs[i].start;
+            int* const last = inside + runs[i].end + 1;
+            fill(cursor, first, 0);
+            fill(first, last, label[i]);
+            cursor = last;
+        }
+        fill(cursor, row + framed_width, 0);
+    }
 
     const RunsInImage& lines;
     // First entry of each line in run_stroke (then run_label), one more
@@ -42,7 +63,8 @@ private:
     std::vector<std::size_t> line_start;
     // The stroke of each run during the pass; its label after it.
     std::vector<int> run_label;
-    // Union-find parent of each stroke; head of each set, read at its root.
+    // Union-find parent of each stroke; head of each set, read at its root
+    // during the pass, and each stroke's label after it.
     std::vector<int> parent;
     std::vector<int> head;
     int components;
