@@ -78,7 +78,7 @@ int RunLabels::new_stroke() {
     return stroke;
 }
 
-// Step for step the contact loop of process_line: the same runs above are
+// The contact loop of process_line, line for line: the same runs above are
 // compared in the same order, strokes are made where it makes them, and a
 // split's new stroke becomes its component's head, while a merge keeps the
 // head of the run in hand.
@@ -150,7 +150,7 @@ void RunLabels::write(int* labels, int width, int border) const {
 }
 
 bool RunLabels::runs_within(const RunsInImage& lines, int width) {
-    // Runs of a line are in order and apart, so the last one decides.
+    // Runs of a line are in order and do not touch, so the last one decides.
     for (const RunsInLine& runs : lines) {
         if (runs.empty()) continue;
         const BinaryRun& last = runs[runs.size() - 1];
