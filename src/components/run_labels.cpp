@@ -33,7 +33,7 @@ inline void fill_exact(int* first, int* last, int value) {
 
 }  // namespace
 
-RunLabels::RunLabels(const RunsInImage& lines_, int reach) : lines(lines_), components(0) {
+RunLabels::RunLabels(const RunsInImage& lines_, int reach) : lines(lines_), strokes(0), components(0) {
     const std::size_t height = lines.size();
     line_start.resize(height + 1);
     std::size_t total = 0;
@@ -42,39 +42,33 @@ RunLabels::RunLabels(const RunsInImage& lines_, int reach) : lines(lines_), comp
         total += lines[y].size();
     }
     line_start[height] = total;
-    run_label.resize(total);
-    // A run makes at most one stroke.
-    parent.reserve(total);
-    head.reserve(total);
+    // Every entry is written before it is read: no clearing. A run makes at
+    // most one stroke.
+    run_label.reset(new int[total]);
+    parent.reset(new int[total]);
+    head.reset(new int[total]);
 
     if (height > 0)
         for (std::size_t i = 0; i < lines[0].size(); ++i) run_label[i] = new_stroke();
     for (std::size_t y = 1; y < height; ++y) label_line(y, reach);
 
-    // Components in the order of their heads' creation, numbered from 1.
-    const int strokes = static_cast<int>(parent.size());
-    std::vector<int> label_of_root(parent.size(), 0);
+    // Components in the order of their heads' creation, numbered from 1; the
+    // label of a component is kept at its root.
+    const std::unique_ptr<int[]> label_of_root(new int[static_cast<std::size_t>(strokes)]);
     for (int s = 0; s < strokes; ++s) {
-        const int root = find(s);
+        const int root = find(parent.get(), s);
         if (head[root] == s) label_of_root[root] = ++components;
     }
     // Each stroke's label once, then each run's through its stroke.
-    for (int s = 0; s < strokes; ++s) head[s] = label_of_root[find(s)];
-    for (int& entry : run_label) entry = head[entry];
+    for (int s = 0; s < strokes; ++s) head[s] = label_of_root[find(parent.get(), s)];
+    for (std::size_t i = 0; i < total; ++i) run_label[i] = head[run_label[i]];
 }
 
-int RunLabels::find(int stroke) {
+int RunLabels::find(int* parent, int stroke) {
     while (parent[stroke] != stroke) {
         parent[stroke] = parent[parent[stroke]];
         stroke = parent[stroke];
     }
-    return stroke;
-}
-
-int RunLabels::new_stroke() {
-    const int stroke = static_cast<int>(parent.size());
-    parent.push_back(stroke);
-    head.push_back(stroke);
     return stroke;
 }
 
@@ -85,35 +79,41 @@ int RunLabels::new_stroke() {
 void RunLabels::label_line(std::size_t line, int reach) {
     const RunsInLine& runs = lines[line];
     const RunsInLine& above_runs = lines[line - 1];
+    const std::size_t count = runs.size();
     const std::size_t above_count = above_runs.size();
-    const int* above_stroke = run_label.data() + line_start[line - 1];
-    int* stroke_here = run_label.data() + line_start[line];
+    if (count == 0) return;
+    const BinaryRun* const here = &runs[0];
+    const BinaryRun* const above = above_count > 0 ? &above_runs[0] : nullptr;
+    const int* const above_stroke = run_label.get() + line_start[line - 1];
+    int* const stroke_here = run_label.get() + line_start[line];
+    int* const parents = parent.get();
+    int* const heads = head.get();
     std::size_t p = 0;
     int last_stroke = -1;
-    for (std::size_t i = 0; i < runs.size(); ++i) {
-        const BinaryRun& run = runs[i];
+    for (std::size_t i = 0; i < count; ++i) {
+        const int run_start = here[i].start;
+        const int run_end = here[i].end;
         int taken = -1;
-        while (p < above_count && above_runs[p].end + reach < run.start) ++p;
+        while (p < above_count && above[p].end + reach < run_start) ++p;
         while (p < above_count) {
-            const BinaryRun& above = above_runs[p];
-            if (above.start <= run.end + reach) {
+            if (above[p].start <= run_end + reach) {
                 const int stroke = above_stroke[p];
                 if (taken < 0) {
                     if (stroke != last_stroke) {
                         taken = stroke;
                     } else {
                         taken = new_stroke();
-                        const int root = find(stroke);
-                        parent[taken] = root;
-                        head[root] = taken;
+                        const int root = find(parents, stroke);
+                        parents[taken] = root;
+                        heads[root] = taken;
                     }
                 } else {
-                    const int root_taken = find(taken);
-                    const int root_other = find(stroke);
-                    if (root_taken != root_other) parent[root_other] = root_taken;
+                    const int root_taken = find(parents, taken);
+                    const int root_other = find(parents, stroke);
+                    if (root_taken != root_other) parents[root_other] = root_taken;
                 }
             }
-            if (above.end > run.end) break;
+            if (above[p].end > run_end) break;
             ++p;
         }
         if (taken < 0) taken = new_stroke();

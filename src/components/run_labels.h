@@ -5,6 +5,7 @@
 #define MORVANE_COMPONENTS_RUN_LABELS_H
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 #include "pixel/runs_in_image.h"
@@ -35,16 +36,20 @@ public:
 
 private:
     // Root of the set of stroke, halving the path on the way.
-    int find(int stroke);
+    static int find(int* parent, int stroke);
     // A stroke of its own component, its own head.
-    int new_stroke();
+    int new_stroke() {
+        parent[strokes] = strokes;
+        head[strokes] = strokes;
+        return strokes++;
+    }
     void label_line(std::size_t line, int reach);
     // One framed row: zeros, then each run's label over the columns of the
     // run, zeros between and after, each span stored by fill(first, last, value).
     template <typename Fill>
     void write_line(int* row, std::size_t line, int border, std::size_t framed_width, Fill fill) const {
         const RunsInLine& runs = lines[line];
-        const int* label = run_label.data() + line_start[line];
+        const int* label = run_label.get() + line_start[line];
         int* cursor = row;
         int* const inside = row + border;
         for (std::size_t i = 0; i < runs.size(); ++i) {
@@ -58,15 +63,16 @@ private:
     }
 
     const RunsInImage& lines;
-    // First entry of each line in run_stroke (then run_label), one more
-    // entry for the end.
+    // First entry of each line in run_label, one more entry for the end.
     std::vector<std::size_t> line_start;
     // The stroke of each run during the pass; its label after it.
-    std::vector<int> run_label;
+    std::unique_ptr<int[]> run_label;
     // Union-find parent of each stroke; head of each set, read at its root
-    // during the pass, and each stroke's label after it.
-    std::vector<int> parent;
-    std::vector<int> head;
+    // during the pass, and each stroke's label after it. Room for one stroke
+    // a run, of which the first strokes are taken.
+    std::unique_ptr<int[]> parent;
+    std::unique_ptr<int[]> head;
+    int strokes;
     int components;
 };
 
