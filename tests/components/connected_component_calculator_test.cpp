@@ -181,6 +181,12 @@ TEST(ConnectedComponentCalculator, AgreesWithAFloodFillOnRandomImages) {
             unbordered.calculate_label_image(image, unframed.data(), 0);
             if (neighborhood == 8) {
                 EXPECT_EQ(unframed, labels) << "trial " << trial;
+                common::BasicImage gray = image;  // ink 0, paper 255: the gray scan finds the same runs
+                gray.convert_binary_to_gray();
+                ConnectedComponentCalculator from_gray;
+                std::fill(unframed.begin(), unframed.end(), -7);
+                from_gray.calculate_label_image(gray, unframed.data(), 0);
+                EXPECT_EQ(unframed, labels) << "trial " << trial;
             }
             // A bijection between flood-fill labels and both chains and labels.
             std::map<int, int> to_chain, from_chain, to_label, from_label;
