@@ -132,11 +132,9 @@ void RunLabels::write(int* labels, int width, int border) const {
     const std::size_t framed_width = static_cast<std::size_t>(width) + 2 * static_cast<std::size_t>(border);
     const std::size_t height = lines.size();
     const std::size_t frame_rows = static_cast<std::size_t>(border) * framed_width;
+    // Without that room border is 0, and so the top frame is empty.
     const bool room_to_spill = framed_width * (static_cast<std::size_t>(border) + 1) >= 3;
-    if (room_to_spill)
-        fill_over(labels, labels + frame_rows, 0);
-    else
-        fill_exact(labels, labels + frame_rows, 0);
+    fill_over(labels, labels + frame_rows, 0);
     const auto over = [](int* first, int* last, int value) { fill_over(first, last, value); };
     const auto exact = [](int* first, int* last, int value) { fill_exact(first, last, value); };
     int* row = labels + frame_rows;
