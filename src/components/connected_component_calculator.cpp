@@ -40,11 +40,12 @@ ConnectedComponentCalculator::iterator& ConnectedComponentCalculator::iterator::
 }
 
 ConnectedComponentCalculator::ConnectedComponentCalculator()
-    : store_runs(true), eight_neighborhood(true), neighbor_reach(1) {
+    : store_runs(true), eight_neighborhood(true), strokes_pending(false), neighbor_reach(1) {
     pool.emplace_back(kInitialRoom);
 }
 
 ConnectedComponentCalculator::iterator ConnectedComponentCalculator::begin() {
+    settle_strokes();
     iterator first(pool.front().begin(), pool.front().end(), pool.begin(), pool.end());
     first.settle();
     return first;
@@ -146,28 +147,49 @@ void ConnectedComponentCalculator::process_line(const RunsInLine& runs, int line
     }
 }
 
+void ConnectedComponentCalculator::form_strokes(const RunsInImage& lines) {
+    const int height = static_cast<int>(lines.size());
+    std::vector<BeingProcessedStroke> previous;
+    std::vector<BeingProcessedStroke> current;
+    previous.reserve(kInitialRoom);
+    current.reserve(kInitialRoom);
+    init_strokes_of_first_line(lines[0], previous);
+    for (int y = 1; y < height; ++y) {
+        current.clear();
+        process_line(lines[y], y, previous, current);
+        previous.swap(current);
+    }
+}
+
+// The strokes that a label image alone left unformed are formed with the
+// reach and the stored runs of that label image, as its formation would have
+// formed them, whatever the flags say now.
+void ConnectedComponentCalculator::settle_strokes() {
+    if (!strokes_pending) return;
+    strokes_pending = false;
+    const bool stored = store_runs;
+    store_runs = true;
+    form_strokes(*runs_in_image);
+    store_runs = stored;
+}
+
 void ConnectedComponentCalculator::formulate_connected_components(const common::BasicImage& image) {
+    settle_strokes();  // a second formation appends to the strokes of the first
     const int height = image.get_height();
     const int width = image.get_width();
     neighbor_reach = eight_neighborhood ? 1 : 0;
     if (height <= 0) return;
 
+    if (store_runs) {
+        runs_in_image = std::make_shared<RunsInImage>(image);
+        form_strokes(*runs_in_image);
+        return;
+    }
+
     std::vector<BeingProcessedStroke> previous;
     std::vector<BeingProcessedStroke> current;
     previous.reserve(kInitialRoom);
     current.reserve(kInitialRoom);
-
-    if (store_runs) {
-        runs_in_image = std::make_shared<RunsInImage>(image);
-        const RunsInImage& lines = *runs_in_image;
-        init_strokes_of_first_line(lines[0], previous);
-        for (int y = 1; y < height; ++y) {
-            current.clear();
-            process_line(lines[y], y, previous, current);
-            previous.swap(current);
-        }
-        return;
-    }
 
     // Without stored runs two line buffers take turns; every line is read as bitonal.
     RunsInLine above;

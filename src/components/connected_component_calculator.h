@@ -94,15 +94,20 @@ public:
     void process_line(const RunsInLine& runs, int line, const std::vector<BeingProcessedStroke>& previous,
                       std::vector<BeingProcessedStroke>& current);
 
+    // Forms the strokes a label image left unformed (see calculate_label_image).
     iterator begin();
     iterator end();
     // Number of components; walks the whole pool.
     std::size_t size();
-    // True while the first pool array holds no stroke.
-    bool isemptyblob() const { return pool.front().size() == 0; }
+    // True while the first pool array holds no stroke and no label image has
+    // found a component whose strokes wait to be formed.
+    bool isemptyblob() const { return !strokes_pending && pool.front().size() == 0; }
     // Runs of the last formation with stored runs; empty before.
     const std::shared_ptr<RunsInImage>& get_runs_in_image() const { return runs_in_image; }
-    const StrokePool& get_pool() const { return pool; }
+    const StrokePool& get_pool() {
+        settle_strokes();
+        return pool;
+    }
 
     // Queries. Each forms the components of image first when the calculator
     // is still empty; components are taken in the order of the iterator.
@@ -114,7 +119,11 @@ public:
     // numbered from 1. Entries already in labels are not cleared.
     void calculate_label_image(const common::BasicImage& image, std::vector<int>& labels, int border);
     // The same into a caller's array of that many entries, every one of
-    // which is written; no second copy of the labels is made.
+    // which is written; no second copy of the labels is made. On an empty
+    // calculator the labels come from the runs alone and the strokes are
+    // formed only when something asks for them, from the runs kept: the
+    // components, their numbers and every later answer are those of a
+    // formation before the labels.
     void calculate_label_image(const common::BasicImage& image, int* labels, int border);
     // Appends one blob a component: its whole box, its whole pixel count
     // and its head, which the blob points to and does not own.
@@ -169,6 +178,10 @@ private:
     void formulate_if_empty(const common::BasicImage& image) {
         if (isemptyblob()) formulate_connected_components(image);
     }
+    // The strokes of the runs of lines, appended to the pool.
+    void form_strokes(const RunsInImage& lines);
+    // Forms the strokes that a label image left waiting, if any.
+    void settle_strokes();
     // Writes the label of every run into a framed array already sized.
     void write_labels(int* labels, std::size_t framed_width, int border);
     int create_scale_image(const int (&factors)[6], bool erase_out_of_range, int level,
@@ -183,6 +196,10 @@ private:
 
     bool store_runs;
     bool eight_neighborhood;
+    // Set by a label image on an empty calculator that found components:
+    // runs_in_image and neighbor_reach are those of its formation, the
+    // strokes are not yet formed.
+    bool strokes_pending;
     // Memory of the strokes' run arrays, released with the calculator; it
     // must outlive the pool, whose strokes give their arrays back to it. A
     // pool, not an arena: a block outgrown by one stroke's array serves a

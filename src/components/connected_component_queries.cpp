@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "components/connected_component_calculator.h"
+#include "components/run_labels.h"
 #include "components/text_blob.h"
 
 namespace geometric {
@@ -36,6 +37,21 @@ void ConnectedComponentCalculator::calculate_label_image(const common::BasicImag
 void ConnectedComponentCalculator::calculate_label_image(const common::BasicImage& image, int* labels, int border) {
     const int width = image.get_width();
     const int height = image.get_height();
+    if (isemptyblob() && store_runs && height > 0 && width >= 0 && border >= 0) {
+        // The labels need the components' numbers alone: no strokes, no run
+        // arrays, no boxes, and each entry stored once.
+        neighbor_reach = eight_neighborhood ? 1 : 0;
+        runs_in_image = std::make_shared<RunsInImage>(image);
+        if (RunLabels::runs_within(*runs_in_image, width)) {
+            const RunLabels run_labels(*runs_in_image, neighbor_reach);
+            run_labels.write(labels, width, border);
+            strokes_pending = run_labels.count() > 0;
+            return;
+        }
+        // Runs made by set padding bits: the strokes of the formation these
+        // runs begin, and the labels the plain way.
+        form_strokes(*runs_in_image);
+    }
     formulate_if_empty(image);
     const std::size_t framed_width = static_cast<std::size_t>(width + 2 * border);
     std::fill(labels, labels + framed_width * static_cast<std::size_t>(height + 2 * border), 0);

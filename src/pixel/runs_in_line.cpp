@@ -1,52 +1,13 @@
 // The bitonal and the gray line scanners.
 #include "pixel/runs_in_line.h"
 
-#include <array>
 #include <cstdint>
-#include <cstring>
+
+#include "pixel/bit_row_spread.h"
 
 namespace geometric {
 
 namespace {
-
-// Position of the first set bit of a byte, counted from the most significant
-// bit; -1 for 0.
-constexpr std::array<signed char, 256> make_first_set_table() {
-    std::array<signed char, 256> table{};
-    for (int byte = 0; byte < 256; ++byte) {
-        table[byte] = -1;
-        for (int bit = 0; bit < 8; ++bit) {
-            if (byte & (0x80 >> bit)) {
-                table[byte] = static_cast<signed char>(bit);
-                break;
-            }
-        }
-    }
-    return table;
-}
-
-// Position of the first clear bit, counted from the most significant bit; -1 for 255.
-constexpr std::array<signed char, 256> make_first_clear_table() {
-    std::array<signed char, 256> table{};
-    for (int byte = 0; byte < 256; ++byte) {
-        table[byte] = -1;
-        for (int bit = 0; bit < 8; ++bit) {
-            if (!(byte & (0x80 >> bit))) {
-                table[byte] = static_cast<signed char>(bit);
-                break;
-            }
-        }
-    }
-    return table;
-}
-
-constexpr std::array<signed char, 256> kFirstSetBit = make_first_set_table();
-constexpr std::array<signed char, 256> kFirstClearBit = make_first_clear_table();
-
-// All bits from the given offset on (the offset counted from the most significant bit).
-constexpr unsigned char kBitsFrom[8] = {0xFF, 0x7F, 0x3F, 0x1F, 0x0F, 0x07, 0x03, 0x01};
-// All bits before the given offset.
-constexpr unsigned char kBitsBefore[8] = {0x00, 0x80, 0xC0, 0xE0, 0xF0, 0xF8, 0xFC, 0xFE};
 
 // Appends in place: a run built aside and copied in costs a stalled
 // store-to-load forwarding on every run.
@@ -57,59 +18,65 @@ inline void append(std::vector<BinaryRun>& runs, int start, int end) {
     run.end = end;
 }
 
-inline bool is_zero_word(const unsigned char* bytes) {
-    uint32_t word;
-    std::memcpy(&word, bytes, sizeof word);
-    return word == 0;
+// Bits 64 word to 64 word + 63 of a line of bytes bytes, the first in the
+// most significant place; bits past the last byte read as clear.
+inline uint64_t line_word(const unsigned char* line, int word, int bytes) {
+    const int first = word * 8;
+    if (first + 8 <= bytes) return bit_row::load_word(line + first);
+    uint64_t bits = 0;
+    for (int k = first; k < bytes; ++k) bits |= static_cast<uint64_t>(line[k]) << (56 - 8 * (k - first));
+    return bits;
 }
+
+// All bits from the given position in the word on, counted from the most
+// significant bit.
+inline uint64_t bits_from(int position) { return ~uint64_t{0} >> position; }
 
 }  // namespace
 
+// The line is read as the bits of its bytes up to the one holding column
+// width - 1, 64 at a time: a run starts at a set bit and ends before the next
+// clear one. A run that starts at or beyond width, or that reaches the last
+// byte's end, ends at width - 1 and ends the scan, which is what the padding
+// rule above says; a run ending inside set padding bits keeps its end.
 void RunsInLine::formulate_runs(const unsigned char* line, int start_column, int width) {
     runs.clear();
     if (line == nullptr) return;
     if (start_column < 0) start_column = 0;
     if (start_column >= width) return;
 
-    const unsigned char* byte = line + (start_column >> 3);
-    int column = start_column & ~7;  // column of the current byte's leftmost bit
-    int offset = start_column & 7;   // first bit of the current byte still to scan
-    while (column < width) {
-        const int first = kFirstSetBit[*byte & kBitsFrom[offset]];
-        if (first < 0) {
-            ++byte;
-            column += 8;
-            offset = 0;
-            if (width - column >= 32) {
-                while (width - column >= 32 && is_zero_word(byte)) {
-                    byte += 4;
-                    column += 32;
-                }
-                while (column < width && *byte == 0) {
-                    ++byte;
-                    column += 8;
-                }
-            }
-            continue;
+    const int bytes = (width + 7) / 8;
+    const int bits_end = bytes * 8;
+    const int words = (bytes + 7) / 8;
+    int word = start_column / 64;
+    uint64_t bits = line_word(line, word, bytes) & bits_from(start_column % 64);
+    for (;;) {
+        while (bits == 0) {
+            if (++word == words) return;
+            bits = line_word(line, word, bytes);
         }
-        const int start = column + first;
+        const int start = word * 64 + __builtin_clzll(bits);
         if (start >= width) {
             // Kept as is: a set padding bit gives a run that starts beyond its end.
             append(runs, start, width - 1);
             return;
         }
-        int clear = kFirstClearBit[*byte | kBitsBefore[first]];
-        while (clear < 0) {
-            ++byte;
-            column += 8;
-            if (column >= width) {
+        uint64_t clear = ~bits & bits_from(start % 64);
+        while (clear == 0) {
+            if (++word == words) {
                 append(runs, start, width - 1);
                 return;
             }
-            clear = kFirstClearBit[*byte];
+            bits = line_word(line, word, bytes);
+            clear = ~bits;
         }
-        append(runs, start, column + clear - 1);
-        offset = clear;
+        const int end = word * 64 + __builtin_clzll(clear);
+        if (end >= bits_end) {
+            append(runs, start, width - 1);
+            return;
+        }
+        append(runs, start, end - 1);
+        bits &= bits_from(end % 64);
     }
 }
 

@@ -15,8 +15,8 @@ public:
 
     // Scans a bitonal line (1 bit a pixel, most significant bit leftmost, set
     // bit = foreground) from start_column up to, not including, width; run
-    // columns are those of the line. Eight columns at a time through two
-    // tables, zero words skipped. The padding bits of the line must be zero:
+    // columns are those of the line. Sixty-four columns at a time through
+    // big-endian words. The padding bits of the line must be zero:
     // a set bit found at or beyond width still gives the run
     // (start, width - 1), with start > end, and ends the scan. A null line or
     // an empty column range gives no runs.

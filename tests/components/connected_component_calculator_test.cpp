@@ -41,7 +41,7 @@ std::vector<std::array<int, 5>> summary(ConnectedComponentCalculator& calculator
     return chains;
 }
 
-std::vector<Stroke*> strokes_of(const ConnectedComponentCalculator& calculator) {
+std::vector<Stroke*> strokes_of(ConnectedComponentCalculator& calculator) {
     std::vector<Stroke*> strokes;
     for (const StrokeArray& array : calculator.get_pool())
         for (Stroke* stroke = array.begin(); stroke != array.end(); ++stroke) strokes.push_back(stroke);
@@ -165,6 +165,29 @@ TEST(ConnectedComponentCalculator, AgreesWithAFloodFillOnRandomImages) {
             into.assign(framed.size(), -7);
             calculator.calculate_label_image(image, into.data(), 3);
             EXPECT_EQ(into, framed);
+            // A fresh calculator labels from the runs alone: the same bytes,
+            // and the strokes it forms afterwards are those formed before.
+            ConnectedComponentCalculator fresh;
+            fresh.set_neighborhood(neighborhood);
+            std::vector<int> fresh_into(framed.size(), -7), unframed(labels.size(), -7);
+            fresh.calculate_label_image(image, fresh_into.data(), 3);
+            ASSERT_EQ(fresh_into, framed) << "trial " << trial;
+            fresh.set_neighborhood(12 - neighborhood);
+            fresh.set_store_runs(false);
+            EXPECT_EQ(fresh.isemptyblob(), count == 0);
+            ASSERT_EQ(summary(fresh), summary(calculator)) << "trial " << trial;
+            EXPECT_EQ(strokes_of(fresh).size(), strokes_of(calculator).size());
+            ConnectedComponentCalculator unbordered;
+            unbordered.calculate_label_image(image, unframed.data(), 0);
+            if (neighborhood == 8) {
+                EXPECT_EQ(unframed, labels) << "trial " << trial;
+                common::BasicImage gray = image;  // ink 0, paper 255: the gray scan finds the same runs
+                gray.convert_binary_to_gray();
+                ConnectedComponentCalculator from_gray;
+                std::fill(unframed.begin(), unframed.end(), -7);
+                from_gray.calculate_label_image(gray, unframed.data(), 0);
+                EXPECT_EQ(unframed, labels) << "trial " << trial;
+            }
             // A bijection between flood-fill labels and both chains and labels.
             std::map<int, int> to_chain, from_chain, to_label, from_label;
             for (size_t i = 0; i < expected.size(); ++i) {
