@@ -26,6 +26,7 @@ protected:
     // gray <= threshold and the one-pixel frame and the row padding end up
     // set. Images under 3 pixels a side get no bits before the complement.
     bool run_binarization_imp(common::Image* gray) override;
+    bool changes_gray() const override { return false; }
 
 private:
     bool invert;  // the dark class becomes the set bits
