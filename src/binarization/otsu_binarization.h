@@ -16,6 +16,8 @@ public:
     // over the height * width bytes of gray, in ascending t; the first of
     // equal scores wins, and a flat image (all scores 0) gives 0.
     static void obtain_threshold(const common::Image& gray, unsigned char& threshold);
+    // The count of each byte value over the height * width bytes of gray.
+    static void obtain_histogram(const common::Image& gray, unsigned long long histogram[256]);
 
     void set_invert(bool value) { invert = value; }
     bool get_invert() const { return invert; }

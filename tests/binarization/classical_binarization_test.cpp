@@ -103,6 +103,22 @@ common::BasicImage two_level_page(int height, int width, unsigned char dark, uns
     return page;
 }
 
+// Large images are counted two bytes at a time, small ones byte by byte;
+// both must give the plain count, odd widths and flat images included.
+TEST(OtsuBinarization, HistogramEqualsAPlainCount) {
+    const int sizes[][3] = {{1, 1, 0}, {3, 5, 0}, {7, 64, 0}, {513, 515, 0}, {512, 512, 1}, {300, 1001, 0}};  // h, w, flat
+    for (const auto& size : sizes) {
+        const common::BasicImage gray =
+            size[2] ? support::flat_image(size[0], size[1], 201) : support::noise_image(size[0], size[1], 7u);
+        unsigned long long expected[256] = {};
+        for (int y = 0; y < size[0]; ++y)
+            for (int x = 0; x < size[1]; ++x) ++expected[gray.get_line_pointer(y)[x]];
+        unsigned long long histogram[256];
+        OtsuBinarization::obtain_histogram(gray, histogram);
+        for (int i = 0; i < 256; ++i) ASSERT_EQ(histogram[i], expected[i]) << size[0] << "x" << size[1] << " at " << i;
+    }
+}
+
 TEST(OtsuBinarization, InkIsDarkInsideAndTheFrameAndPaddingAreSetAfterTheComplement) {
     // 40 columns: 8 bytes a row, the last 24 bits padding.
     common::BasicImage gray = two_level_page(6, 40, 40, 200);
