@@ -190,6 +190,20 @@ TEST(BinarizationFrame, GraySourceThatIsTheOutputGivesTheSameBits) {
     EXPECT_TRUE(support::same_bytes(gray, separate));
 }
 
+// Only a GRAY source is read in place: an RGB one is made gray on a copy,
+// and gives the bits of its luminance.
+TEST(BinarizationFrame, RgbSourceBinarizesItsLuminanceOnACopy) {
+    const common::BasicImage rgb = support::noise_image(9, 70, 3u, common::RGB);
+    const common::BasicImage before(rgb);
+    common::BasicImage gray;
+    gray.create_gray_from_rgb_luminance(rgb);
+    common::BasicImage from_rgb, from_gray;
+    ASSERT_TRUE(OtsuBinarization(&rgb, &from_rgb).run_binarization());
+    ASSERT_TRUE(OtsuBinarization(&gray, &from_gray).run_binarization());
+    EXPECT_TRUE(support::same_bytes(from_rgb, from_gray));
+    EXPECT_TRUE(support::same_bytes(rgb, before));
+}
+
 TEST(BinarizationFrame, FourChannelSourceAnswersFalseWithAnEmptyOutput) {
     common::BasicImage bgra(8, 8, common::BGRA);
     common::BasicImage output;
