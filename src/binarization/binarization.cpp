@@ -27,7 +27,7 @@ Binarization::~Binarization() {}
 
 bool Binarization::run_binarization() {
     if (output == nullptr || input == nullptr) throw Geometricexception(kOutputIsEmpty);
-    gray_image = std::make_shared<common::BasicImage>(*input);
+    gray_image = working_gray_of(*input);
     if (input->get_image_type() == common::BINARY) {
         *output = *input;
         return true;
@@ -38,6 +38,18 @@ bool Binarization::run_binarization() {
     if (!run_binarization_imp(gray_image.get())) return false;
     perform_despeckling();
     return true;
+}
+
+// A method that only reads its gray works on the source itself when the
+// source is already gray and its bytes are not the output's (the output is
+// reset below); every other run works on a copy.
+std::shared_ptr<common::BasicImage> Binarization::working_gray_of(const common::Image& source) const {
+    unsigned char* bytes = source.get_line_pointer(0);
+    const bool shared = !changes_gray() && source.get_image_type() == common::GRAY && bytes != nullptr &&
+                        bytes != output->get_data();
+    if (!shared) return std::make_shared<common::BasicImage>(source);
+    return std::make_shared<common::BasicImage>(bytes, source.get_height(), source.get_width(), common::GRAY,
+                                                source.get_x_resolution(), source.get_y_resolution());
 }
 
 bool Binarization::convert_image_to_grey_level(std::shared_ptr<common::BasicImage> image) {

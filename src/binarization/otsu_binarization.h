@@ -16,6 +16,8 @@ public:
     // over the height * width bytes of gray, in ascending t; the first of
     // equal scores wins, and a flat image (all scores 0) gives 0.
     static void obtain_threshold(const common::Image& gray, unsigned char& threshold);
+    // The count of each byte value over the height * width bytes of gray.
+    static void obtain_histogram(const common::Image& gray, unsigned long long histogram[256]);
 
     void set_invert(bool value) { invert = value; }
     bool get_invert() const { return invert; }
@@ -26,6 +28,7 @@ protected:
     // gray <= threshold and the one-pixel frame and the row padding end up
     // set. Images under 3 pixels a side get no bits before the complement.
     bool run_binarization_imp(common::Image* gray) override;
+    bool changes_gray() const override { return false; }
 
 private:
     bool invert;  // the dark class becomes the set bits

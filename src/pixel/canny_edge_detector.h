@@ -25,7 +25,7 @@ public:
     // gives -128, 512 or more gives 127, the rest is divided by 4, truncating
     // toward zero.
     static int scale_sobel_sum(int sum);
-    // round(sqrt(dx * dx + dy * dy)) for scaled gradients, from a table.
+    // round(sqrt(dx * dx + dy * dy)) for scaled gradients.
     static unsigned char magnitude_of(int dx, int dy);
     // Hysteresis over the marks of non-maximum suppression, in place. Every
     // mark other than 128 becomes 0, and so does the frame; in line order each

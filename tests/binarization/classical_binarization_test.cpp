@@ -9,6 +9,7 @@
 #include <exception>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "binarization/binarization_enginee.h"
 #include "binarization/mean_and_deviation_maps.h"
@@ -102,6 +103,22 @@ common::BasicImage two_level_page(int height, int width, unsigned char dark, uns
     return page;
 }
 
+// Large images are counted two bytes at a time, small ones byte by byte;
+// both must give the plain count, odd widths and flat images included.
+TEST(OtsuBinarization, HistogramEqualsAPlainCount) {
+    const int sizes[][3] = {{1, 1, 0}, {3, 5, 0}, {7, 64, 0}, {513, 515, 0}, {512, 512, 1}, {300, 1001, 0}};  // h, w, flat
+    for (const auto& size : sizes) {
+        const common::BasicImage gray =
+            size[2] ? support::flat_image(size[0], size[1], 201) : support::noise_image(size[0], size[1], 7u);
+        unsigned long long expected[256] = {};
+        for (int y = 0; y < size[0]; ++y)
+            for (int x = 0; x < size[1]; ++x) ++expected[gray.get_line_pointer(y)[x]];
+        unsigned long long histogram[256];
+        OtsuBinarization::obtain_histogram(gray, histogram);
+        for (int i = 0; i < 256; ++i) ASSERT_EQ(histogram[i], expected[i]) << size[0] << "x" << size[1] << " at " << i;
+    }
+}
+
 TEST(OtsuBinarization, InkIsDarkInsideAndTheFrameAndPaddingAreSetAfterTheComplement) {
     // 40 columns: 8 bytes a row, the last 24 bits padding.
     common::BasicImage gray = two_level_page(6, 40, 40, 200);
@@ -120,37 +137,71 @@ TEST(OtsuBinarization, InkIsDarkInsideAndTheFrameAndPaddingAreSetAfterTheComplem
     }
 }
 
-// The application packs eight pixels to a byte; it must set exactly the bits
-// of a plain per-pixel walk, at every width around the byte edges.
+// The application packs eight pixels to a byte, sixty-four at a time, and
+// takes the complement in the same pass; it must set exactly the bits of a
+// plain per-pixel walk, at every width around the byte and word edges.
 TEST(OtsuBinarization, PackedApplicationMatchesAPerPixelWalk) {
     unsigned state = 12345u;
-    for (int width = 3; width <= 42; ++width) {
-        common::BasicImage gray = support::flat_image(5, width, 0);
-        for (int y = 0; y < 5; ++y)
-            for (int x = 0; x < width; ++x) {
-                state = state * 1664525u + 1013904223u;
-                gray.get_line_pointer(y)[x] = static_cast<unsigned char>(state >> 24);
-            }
-        const unsigned char threshold = otsu_threshold(gray);
-        common::BasicImage output;
-        OtsuBinarization otsu(&gray, &output);
-        otsu.set_invert(false);
-        otsu.set_despeckle(false);
-        ASSERT_TRUE(otsu.run_binarization());
-        for (int y = 0; y < 5; ++y) {
-            for (int x = 0; x < width; ++x) {
-                const bool inner = x >= 1 && y >= 1 && x <= width - 2 && y <= 3;
-                const bool expected = inner && gray.get_line_pointer(y)[x] > threshold;
-                ASSERT_EQ(output.get_pixel(x, y), expected ? 1u : 0u) << width << ": " << x << "," << y;
-            }
-            for (int b = (width + 7) / 8; b < output.get_row_size(); ++b) {
-                ASSERT_EQ(output.get_line_pointer(y)[b], 0);
-            }
-            if (width % 8 != 0) {
-                ASSERT_EQ(output.get_line_pointer(y)[width / 8] & (0xFF >> (width % 8)), 0);
+    std::vector<int> widths;
+    for (int width = 3; width <= 42; ++width) widths.push_back(width);
+    for (int width : {63, 64, 65, 66, 67, 130, 131, 137}) widths.push_back(width);
+    for (const bool invert : {false, true})
+        for (const int width : widths) {
+            common::BasicImage gray = support::flat_image(5, width, 0);
+            for (int y = 0; y < 5; ++y)
+                for (int x = 0; x < width; ++x) {
+                    state = state * 1664525u + 1013904223u;
+                    gray.get_line_pointer(y)[x] = static_cast<unsigned char>(state >> 24);
+                }
+            const unsigned char threshold = otsu_threshold(gray);
+            const common::BasicImage before(gray);
+            common::BasicImage output;
+            OtsuBinarization otsu(&gray, &output);
+            otsu.set_invert(invert);
+            otsu.set_despeckle(false);
+            ASSERT_TRUE(otsu.run_binarization());
+            ASSERT_TRUE(support::same_bytes(gray, before));
+            const unsigned flip = invert ? 1u : 0u;
+            for (int y = 0; y < 5; ++y) {
+                for (int x = 0; x < width; ++x) {
+                    const bool inner = x >= 1 && y >= 1 && x <= width - 2 && y <= 3;
+                    const bool bright = inner && gray.get_line_pointer(y)[x] > threshold;
+                    ASSERT_EQ(output.get_pixel(x, y), (bright ? 1u : 0u) ^ flip) << width << ": " << x << "," << y;
+                }
+                const unsigned char padding = invert ? 0xFF : 0;
+                for (int b = (width + 7) / 8; b < output.get_row_size(); ++b)
+                    ASSERT_EQ(output.get_line_pointer(y)[b], padding);
+                if (width % 8 != 0) {
+                    const unsigned char mask = static_cast<unsigned char>(0xFF >> (width % 8));
+                    ASSERT_EQ(output.get_line_pointer(y)[width / 8] & mask, padding & mask);
+                }
             }
         }
-    }
+}
+
+// Otsu reads a gray source in place; a source that is also the output is
+// still copied before the output is reset.
+TEST(BinarizationFrame, GraySourceThatIsTheOutputGivesTheSameBits) {
+    common::BasicImage gray = two_level_page(9, 70, 40, 200);
+    common::BasicImage separate;
+    OtsuBinarization(&gray, &separate).run_binarization();
+    OtsuBinarization in_place(&gray, &gray);
+    ASSERT_TRUE(in_place.run_binarization());
+    EXPECT_TRUE(support::same_bytes(gray, separate));
+}
+
+// Only a GRAY source is read in place: an RGB one is made gray on a copy,
+// and gives the bits of its luminance.
+TEST(BinarizationFrame, RgbSourceBinarizesItsLuminanceOnACopy) {
+    const common::BasicImage rgb = support::noise_image(9, 70, 3u, common::RGB);
+    const common::BasicImage before(rgb);
+    common::BasicImage gray;
+    gray.create_gray_from_rgb_luminance(rgb);
+    common::BasicImage from_rgb, from_gray;
+    ASSERT_TRUE(OtsuBinarization(&rgb, &from_rgb).run_binarization());
+    ASSERT_TRUE(OtsuBinarization(&gray, &from_gray).run_binarization());
+    EXPECT_TRUE(support::same_bytes(from_rgb, from_gray));
+    EXPECT_TRUE(support::same_bytes(rgb, before));
 }
 
 TEST(BinarizationFrame, FourChannelSourceAnswersFalseWithAnEmptyOutput) {

@@ -1,5 +1,5 @@
 // Edge detection against the plain pixel-by-pixel route, the scaled Sobel
-// sums and the magnitude table, and the bounded follow at its depth and at
+// sums and the rounded magnitudes, and the bounded follow at its depth and at
 // its low limit.
 #include <gtest/gtest.h>
 
@@ -125,15 +125,25 @@ TEST(CannyEdgeDetector, EqualsThePlainPixelByPixelRoute) {
             EXPECT_GT(std::count(expected.begin(), expected.end(), 255), 300);
         }
     }
+    // Raw noise: gradients up to the clamps, every direction and ratio.
+    const BasicImage noise = support::noise_image(37, 70, 5u);
+    BasicImage edges;
+    CannyEdgeDetector::perform_edge_detect(40, 90, noise, edges);
+    ASSERT_EQ(support::bytes_of(edges), plain_edges(noise, 40, 90));
 }
 
-TEST(CannyEdgeDetector, ScaledSobelAndMagnitudeTable) {
+TEST(CannyEdgeDetector, ScaledSobelAndRoundedMagnitudes) {
     const int sums[][2] = {{-1020, -128}, {-512, -128}, {-511, -127}, {-5, -1}, {-3, 0}, {0, 0},
                            {3, 0},        {5, 1},       {511, 127},   {512, 127}, {1020, 127}};
     for (const auto& s : sums) EXPECT_EQ(CannyEdgeDetector::scale_sobel_sum(s[0]), s[1]) << s[0];
-    const int magnitudes[][3] = {{0, 0, 0}, {3, -4, 5}, {1, 1, 1}, {1, 2, 2}, {2, 2, 3}, {-60, 0, 60},
-                                 {127, 127, 180}, {-128, -128, 181}, {-128, 127, 180}};
-    for (const auto& m : magnitudes) EXPECT_EQ(CannyEdgeDetector::magnitude_of(m[0], m[1]), m[2]) << m[0] << "," << m[1];
+    // Every pair of scaled gradients: the nearest integer to the root, k for
+    // k^2 - k + 1 <= dx^2 + dy^2 <= k^2 + k.
+    for (int dx = -128; dx <= 127; ++dx)
+        for (int dy = -128; dy <= 127; ++dy) {
+            const int k = CannyEdgeDetector::magnitude_of(dx, dy), squares = dx * dx + dy * dy;
+            ASSERT_TRUE(k * k - k < squares || squares == 0) << dx << "," << dy;
+            ASSERT_LE(squares, k * k + k) << dx << "," << dy;
+        }
 }
 
 // A straight chain of candidates from a seed: the follow keeps the seed and
