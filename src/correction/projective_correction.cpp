@@ -232,51 +232,6 @@ private:
 };
 #endif
 
-#if defined(__SSE2__)
-// Gray bilinear pairs in one register: the four row steps of the two pixels
-// (upper and lower row of each) lane by lane, then the two vertical steps,
-// with the single-precision operations of linear_kernel in its order, so
-// every lane has the scalar bits.
-struct GrayLinearSampler : LinearSampler<1> {
-    explicit GrayLinearSampler(const WarpJob& job) : LinearSampler<1>(job) {}
-
-    void pair(const unsigned char* first, const unsigned char* second, __m128 fractions, unsigned char* out,
-              int) const {
-        const __m128i low_byte = _mm_set1_epi32(0xff);
-        // Lanes: upper row of the first pixel, its lower row, the same of the
-        // second; each the pixel (low byte) and its right neighbour.
-        // Word inserts into zeroed lanes rather than a set: the set was
-        // built in a general register, shifts and ors.
-        __m128i pairs = _mm_cvtsi32_si128(two_bytes(first));
-        pairs = _mm_insert_epi16(pairs, two_bytes(first + row_size), 2);
-        pairs = _mm_insert_epi16(pairs, two_bytes(second), 4);
-        pairs = _mm_insert_epi16(pairs, two_bytes(second + row_size), 6);
-        const __m128 f = _mm_shuffle_ps(fractions, fractions, _MM_SHUFFLE(2, 2, 0, 0));
-        const __m128 one = _mm_set1_ps(1.0f);
-        const __m128i rows = _mm_and_si128(
-            sampling_kernels::interpolate_lanes(_mm_cvtepi32_ps(_mm_and_si128(pairs, low_byte)),
-                                                _mm_cvtepi32_ps(_mm_srli_epi32(pairs, 8)), _mm_sub_ps(one, f), f),
-            low_byte);
-        const __m128 row_values = _mm_cvtepi32_ps(rows);
-        const __m128 upper = _mm_shuffle_ps(row_values, row_values, _MM_SHUFFLE(2, 0, 2, 0));
-        const __m128 lower = _mm_shuffle_ps(row_values, row_values, _MM_SHUFFLE(3, 1, 3, 1));
-        const __m128 g = _mm_shuffle_ps(fractions, fractions, _MM_SHUFFLE(3, 1, 3, 1));
-        const __m128i value = sampling_kernels::interpolate_lanes(upper, lower, _mm_sub_ps(one, g), g);
-        out[0] = static_cast<unsigned char>(_mm_cvtsi128_si32(value));
-        out[1] = static_cast<unsigned char>(_mm_cvtsi128_si32(_mm_shuffle_epi32(value, 1)));
-    }
-
-private:
-    // The pixel in the low byte, its right neighbour above it: one 16-bit
-    // load, as the unit is little-endian.
-    static int two_bytes(const unsigned char* p) {
-        uint16_t bytes;
-        std::memcpy(&bytes, p, 2);
-        return bytes;
-    }
-};
-#endif
-
 // Output pixels outside the sampled interior: inside the image a copy of the
 // pixel at the floors, beyond it the fill colour, computed where first
 // needed in mode 1.
@@ -347,6 +302,13 @@ void warp_in_tiles(const WarpJob& job, Pieces& pieces) {
     }
 }
 
+// Every form writes its pieces in the same tiles.
+template <typename Pieces>
+void warp_by(ProjectiveCorrection& correction, const WarpJob& job) {
+    Pieces pieces(correction, job);
+    warp_in_tiles(job, pieces);
+}
+
 // The warp, piece of row by piece of row. The position is accumulated, not
 // computed afresh for each pixel: the row's base plus repeated column steps,
 // in double precision, so that the output depends on these roundings and on
@@ -393,12 +355,6 @@ private:
     const WarpJob& job;
     BorderOrFill<kBytes> border_or_fill;
 };
-
-template <int kBytes, bool kParallelogram>
-void warp_rows(ProjectiveCorrection& correction, const WarpJob& job) {
-    PlainPieces<kBytes, kParallelogram> pieces(correction, job);
-    warp_in_tiles(job, pieces);
-}
 
 #if defined(__SSE2__)
 // PlainPieces with x and y travelling together in one register: the same
@@ -450,12 +406,6 @@ private:
     Sampler sample;
 };
 
-template <int kBytes, bool kParallelogram, typename Sampler>
-void warp_rows_sse2(ProjectiveCorrection& correction, const WarpJob& job) {
-    Sse2Pieces<kBytes, kParallelogram, Sampler> pieces(correction, job);
-    warp_in_tiles(job, pieces);
-}
-
 #if defined(MORVANE_AVX_WARP)
 // Sse2Pieces two pixels at a time: the numerators and the denominator
 // travel in one register, (x, y, w, 0), and take the same column steps as
@@ -471,6 +421,34 @@ __attribute__((target("avx2"))) inline __m256d three_and_zero(double a, double b
     return _mm256_maskload_pd(lanes, _mm256_setr_epi64x(-1, -1, -1, 0));
 }
 
+// The positions of the next two pixels, x and y of the first in the low
+// lanes and of the second in the high ones, and n moved on by two columns.
+template <bool kParallelogram>
+__attribute__((target("avx2"))) inline __m256d next_pair(__m256d& n, __m256d column_step) {
+    const __m256d first = n, second = _mm256_add_pd(first, column_step);
+    n = _mm256_add_pd(second, column_step);
+    const __m256d numerators = _mm256_permute2f128_pd(first, second, 0x20);
+    // In a parallelogram w stays exactly 1, and a division by 1 changes nothing.
+    if (kParallelogram) return numerators;
+    return _mm256_div_pd(numerators, _mm256_movedup_pd(_mm256_permute2f128_pd(first, second, 0x31)));
+}
+
+// Bits 0 and 1 set where the first pixel's x and y lie in the sampled
+// interior, from 1 up to inner_high; bits 2 and 3 for the second.
+__attribute__((target("avx2"))) inline int inner_lanes(__m256d p, __m256d inner_high) {
+    return _mm256_movemask_pd(_mm256_and_pd(_mm256_cmp_pd(p, _mm256_set1_pd(1.0), _CMP_GE_OQ),
+                                            _mm256_cmp_pd(p, inner_high, _CMP_LT_OQ)));
+}
+
+// One pixel that is not sampled inside: a copy or the fill colour.
+template <int kBytes>
+void border_pixel(BorderOrFill<kBytes>& border_or_fill, const WarpJob& job, __m128d p, unsigned char* target) {
+    const __m128d outer_high = _mm_set_pd(job.input_height, job.input_width);
+    const bool inside = _mm_movemask_pd(_mm_and_pd(_mm_cmpge_pd(p, _mm_setzero_pd()), _mm_cmplt_pd(p, outer_high))) == 3;
+    const __m128i floors = inside ? _mm_cvttpd_epi32(p) : _mm_setzero_si128();
+    border_or_fill(inside, _mm_cvtsi128_si32(floors), _mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 1)), target);
+}
+
 template <int kBytes, bool kParallelogram, typename Sampler>
 class AvxPieces {
 public:
@@ -480,7 +458,6 @@ public:
     __attribute__((target("avx2"))) void operator()(RowPosition& start, unsigned char* out, int count) {
         const int bytes = job.bytes<kBytes>();
         const __m256d column_step = three_and_zero(job.column_x, job.column_y, job.column_w);
-        const __m256d inner_low = _mm256_set1_pd(1.0);
         const double inner_right = job.input_width - 2, inner_bottom = job.input_height - 2;
         const __m256d inner_high = _mm256_set_pd(inner_bottom, inner_right, inner_bottom, inner_right);
         const ptrdiff_t ahead = prefetch_offset(start.n[0], start.n[1], start.n[2], job.column_x, job.column_y,
@@ -496,16 +473,8 @@ public:
         };
         __m256d n = _mm256_load_pd(start.n);
         for (int u = 0; u < count; u += 2) {
-            const __m256d first = n, second = _mm256_add_pd(first, column_step);
-            n = _mm256_add_pd(second, column_step);
-            const __m256d numerators = _mm256_permute2f128_pd(first, second, 0x20);
-            // In a parallelogram w stays exactly 1, and a division by 1 changes nothing.
-            const __m256d p = kParallelogram
-                                  ? numerators
-                                  : _mm256_div_pd(numerators,
-                                                  _mm256_movedup_pd(_mm256_permute2f128_pd(first, second, 0x31)));
-            const int inner = _mm256_movemask_pd(
-                _mm256_and_pd(_mm256_cmp_pd(p, inner_low, _CMP_GE_OQ), _mm256_cmp_pd(p, inner_high, _CMP_LT_OQ)));
+            const __m256d p = next_pair<kParallelogram>(n, column_step);
+            const int inner = inner_lanes(p, inner_high);
             const __m128i floors = _mm256_cvttpd_epi32(p);
             const __m128 fractions = _mm256_cvtpd_ps(_mm256_sub_pd(p, _mm256_cvtepi32_pd(floors)));
             const bool pair = u + 1 < count;
@@ -545,63 +514,203 @@ public:
     }
 
 private:
-    // One pixel that is not sampled inside: a copy or the fill colour.
-    __attribute__((target("avx2"))) void border(__m128d p, unsigned char* target) {
-        const __m128d outer_high = _mm_set_pd(job.input_height, job.input_width);
-        const bool inside =
-            _mm_movemask_pd(_mm_and_pd(_mm_cmpge_pd(p, _mm_setzero_pd()), _mm_cmplt_pd(p, outer_high))) == 3;
-        const __m128i floors = inside ? _mm_cvttpd_epi32(p) : _mm_setzero_si128();
-        border_or_fill(inside, _mm_cvtsi128_si32(floors), _mm_cvtsi128_si32(_mm_shuffle_epi32(floors, 1)), target);
-    }
+    void border(__m128d p, unsigned char* target) { border_pixel(border_or_fill, job, p, target); }
 
     const WarpJob& job;
     BorderOrFill<kBytes> border_or_fill;
     Sampler sample;
 };
 
+// Gray bilinear samples eight at a time for the staged loop below: both
+// lines' bytes of each pixel by one gather a line, then linear_kernel's
+// single-precision operations in its order, lane by lane.
+struct GrayLinearEight : LinearSampler<1> {
+    explicit GrayLinearEight(const WarpJob& job) : LinearSampler<1>(job) {}
+
+    __attribute__((target("avx2"))) void eight(const unsigned char* input, const int32_t* offsets, const float* fx,
+                                               const float* fy, unsigned char* out) const {
+        const __m256i at = _mm256_load_si256(reinterpret_cast<const __m256i*>(offsets));
+        // Four bytes from each offset: the pixel, its right neighbour and
+        // two more, which lie inside the image wherever a neighbourhood does.
+        const __m256i upper = _mm256_i32gather_epi32(reinterpret_cast<const int*>(input), at, 1);
+        const __m256i lower = _mm256_i32gather_epi32(reinterpret_cast<const int*>(input + row_size), at, 1);
+        const __m256i low_byte = _mm256_set1_epi32(0xff);
+        const __m256 f = _mm256_load_ps(fx), g = _mm256_load_ps(fy);
+        const __m256 one = _mm256_set1_ps(1.0f);
+        const __m256 one_minus_f = _mm256_sub_ps(one, f), one_minus_g = _mm256_sub_ps(one, g);
+        const __m256i top = _mm256_and_si256(
+            interpolate(byte_lanes(upper, 0), byte_lanes(upper, 8), one_minus_f, f), low_byte);
+        const __m256i bottom = _mm256_and_si256(
+            interpolate(byte_lanes(lower, 0), byte_lanes(lower, 8), one_minus_f, f), low_byte);
+        const __m256i value = interpolate(_mm256_cvtepi32_ps(top), _mm256_cvtepi32_ps(bottom), one_minus_g, g);
+        // 0..255 in every lane, so the saturating packs keep the values.
+        const __m256i words = _mm256_packs_epi32(value, value);
+        const __m256i bytes = _mm256_packus_epi16(words, words);
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(out),
+                         _mm_unpacklo_epi32(_mm256_castsi256_si128(bytes), _mm256_extracti128_si256(bytes, 1)));
+    }
+
+private:
+    __attribute__((target("avx2"))) static __m256 byte_lanes(__m256i lanes, int shift) {
+        return _mm256_cvtepi32_ps(_mm256_and_si256(_mm256_srli_epi32(lanes, shift), _mm256_set1_epi32(0xff)));
+    }
+    __attribute__((target("avx2"))) static __m256i interpolate(__m256 a, __m256 b, __m256 one_minus_f, __m256 f) {
+        return _mm256_cvttps_epi32(_mm256_add_ps(_mm256_mul_ps(one_minus_f, a), _mm256_mul_ps(f, b)));
+    }
+};
+
+// The colour pairs four times over for the staged loop.
+struct ColorLinearEight : ColorLinearPairSampler {
+    explicit ColorLinearEight(const WarpJob& job) : ColorLinearPairSampler(job) {}
+
+    __attribute__((target("avx2"))) void eight(const unsigned char* input, const int32_t* offsets, const float* fx,
+                                               const float* fy, unsigned char* out) const {
+        const __m256 f = _mm256_load_ps(fx), g = _mm256_load_ps(fy);
+        // fx, fy of pixels 0, 1, 4, 5 and of 2, 3, 6, 7.
+        const __m256 low = _mm256_unpacklo_ps(f, g), high = _mm256_unpackhi_ps(f, g);
+        pair(input + offsets[0], input + offsets[1], _mm256_castps256_ps128(low), out, 3);
+        pair(input + offsets[2], input + offsets[3], _mm256_castps256_ps128(high), out + 6, 3);
+        pair(input + offsets[4], input + offsets[5], _mm256_extractf128_ps(low, 1), out + 12, 3);
+        pair(input + offsets[6], input + offsets[7], _mm256_extractf128_ps(high, 1), out + 18, 3);
+    }
+};
+
+// AvxPieces in two passes over a piece. The first runs the mapping alone,
+// two pixels a step as there: for every sampled pixel it keeps the source's
+// byte offset and the fractions, asks for the source lines to be fetched
+// (the second pass reads them a piece later), and writes the border and fill
+// pixels at once. The second samples the kept pixels eight at a time. The
+// mapping's long chain of dependent additions and the samplers' loads no
+// longer wait on each other. The offsets are 32-bit: the form serves photos
+// of under 2 GB, and the caller keeps AvxPieces for the rest.
 template <int kBytes, bool kParallelogram, typename Sampler>
-void warp_rows_avx(ProjectiveCorrection& correction, const WarpJob& job) {
-    AvxPieces<kBytes, kParallelogram, Sampler> pieces(correction, job);
-    warp_in_tiles(job, pieces);
-}
+class StagedPieces {
+public:
+    StagedPieces(ProjectiveCorrection& correction, const WarpJob& job)
+        : job(job), border_or_fill(correction, job), sample(job) {}
+
+    __attribute__((target("avx2"))) void operator()(RowPosition& start, unsigned char* out, int count) {
+        const int bytes = kBytes;
+        const __m256d column_step = three_and_zero(job.column_x, job.column_y, job.column_w);
+        const double inner_right = job.input_width - 2, inner_bottom = job.input_height - 2;
+        const __m256d inner_high = _mm256_set_pd(inner_bottom, inner_right, inner_bottom, inner_right);
+        const __m128i scale = _mm_setr_epi32(bytes, job.row_size, bytes, job.row_size);
+        const unsigned char* const input = job.input;
+        const ptrdiff_t row_size = job.row_size;
+        out_base = out;
+        __m256d n = _mm256_load_pd(start.n);
+        for (int u = 0; u < count; u += 2) {
+            const __m256d p = next_pair<kParallelogram>(n, column_step);
+            const int inner = inner_lanes(p, inner_high);
+            const __m128i floors = _mm256_cvttpd_epi32(p);
+            const __m128 fractions = _mm256_cvtpd_ps(_mm256_sub_pd(p, _mm256_cvtepi32_pd(floors)));
+            // The offsets of both pixels: x * bytes + y * row_size, in lanes 0 and 1.
+            const __m128i scaled = _mm_mullo_epi32(floors, scale);
+            const __m128i offsets = _mm_hadd_epi32(scaled, scaled);
+            _mm_storel_epi64(reinterpret_cast<__m128i*>(offset + u), offsets);
+            const __m128 split = _mm_shuffle_ps(fractions, fractions, _MM_SHUFFLE(3, 1, 2, 0));
+            _mm_storel_pi(reinterpret_cast<__m64*>(fx + u), split);
+            _mm_storeh_pi(reinterpret_cast<__m64*>(fy + u), split);
+            // Only a hint: the offset of a pixel outside is never used otherwise.
+            prefetch(input, _mm_cvtsi128_si32(offsets), row_size);
+            // The second pixel of the last pair of an odd piece lies past
+            // it: the second pass never reads its code.
+            if (inner != 15) {
+                if ((inner & 3) != 3) border(_mm256_castpd256_pd128(p), out + u * bytes);
+                if (u + 1 < count && (inner & 12) != 12) border(_mm256_extractf128_pd(p, 1), out + (u + 1) * bytes);
+            }
+            codes[u >> 1] = static_cast<unsigned char>(inner);
+        }
+        _mm256_store_pd(start.n, n);
+
+        const Sampler sampler = sample;
+        int u = 0;
+        for (; u + 8 <= count; u += 8) {
+            uint32_t four;
+            std::memcpy(&four, codes + (u >> 1), 4);
+            if (four == 0x0f0f0f0fu) {
+                sampler.eight(input, offset + u, fx + u, fy + u, out + u * bytes);
+            } else {
+                for (int i = u; i < u + 8; ++i) single(sampler, i);
+            }
+        }
+        for (; u < count; ++u) single(sampler, u);
+    }
+
+private:
+    // One pixel sampled alone, where it was kept.
+    void single(const Sampler& sampler, int u) {
+        const int lanes = codes[u >> 1] >> ((u & 1) * 2);
+        if ((lanes & 3) == 3) sampler(job.input + offset[u], fx[u], fy[u], out_base + u * kBytes);
+    }
+    void border(__m128d p, unsigned char* target) { border_pixel(border_or_fill, job, p, target); }
+
+    const WarpJob& job;
+    BorderOrFill<kBytes> border_or_fill;
+    Sampler sample;
+    unsigned char* out_base = nullptr;
+    alignas(32) int32_t offset[kTileColumns];
+    alignas(32) float fx[kTileColumns];
+    alignas(32) float fy[kTileColumns];
+    unsigned char codes[kTileColumns / 2];
+};
+
 #endif
 
-template <int kBytes, typename Sampler, typename WideSampler = Sampler>
+// A vector form with the sampler inlined, in its two instantiations: the
+// mapping of a parallelogram needs no division.
+template <template <int, bool, typename> class Pieces, int kBytes, typename Sampler>
+void warp_form(ProjectiveCorrection& correction, const WarpJob& job) {
+    if (job.k.parallelogram) {
+        warp_by<Pieces<kBytes, true, Sampler>>(correction, job);
+    } else {
+        warp_by<Pieces<kBytes, false, Sampler>>(correction, job);
+    }
+}
+
+template <int kBytes, typename Sampler>
 void warp_sse2_with_sampler(ProjectiveCorrection& correction, const WarpJob& job) {
 #if defined(MORVANE_AVX_WARP)
     if (__builtin_cpu_supports("avx2")) {
-        if (job.k.parallelogram) {
-            warp_rows_avx<kBytes, true, WideSampler>(correction, job);
-        } else {
-            warp_rows_avx<kBytes, false, WideSampler>(correction, job);
-        }
+        warp_form<AvxPieces, kBytes, Sampler>(correction, job);
         return;
     }
 #endif
-    if (job.k.parallelogram) {
-        warp_rows_sse2<kBytes, true, Sampler>(correction, job);
-    } else {
-        warp_rows_sse2<kBytes, false, Sampler>(correction, job);
-    }
+    warp_form<Sse2Pieces, kBytes, Sampler>(correction, job);
 }
 
+#if defined(MORVANE_AVX_WARP)
+// The staged form keeps 32-bit byte offsets into the photo.
+bool can_stage(const WarpJob& job) {
+    return __builtin_cpu_supports("avx2") && static_cast<int64_t>(job.row_size) * job.input_height <= INT32_MAX;
+}
+#endif
+
 // The inlined sampler where the method and the pixel size are those the
-// frame gives gray, RGB and BGRA images; the stored function otherwise.
+// frame gives gray, RGB and BGRA images, gray and RGB in two passes where
+// the processor and the photo's size allow; the stored function otherwise.
 template <int kBytes>
 void warp_sse2(ProjectiveCorrection& correction, const WarpJob& job) {
-    if (kBytes == 1 && job.interpolation == INTERPOLATION_LINEAR) {
-        warp_sse2_with_sampler<kBytes, GrayLinearSampler>(correction, job);
-    } else if (kBytes == 3 && job.interpolation == INTERPOLATION_COLOR_LINEAR) {
+    if constexpr (kBytes == 1) {
+        if (job.interpolation == INTERPOLATION_LINEAR) {
 #if defined(MORVANE_AVX_WARP)
-        warp_sse2_with_sampler<kBytes, ColorLinearSampler, ColorLinearPairSampler>(correction, job);
-#else
-        warp_sse2_with_sampler<kBytes, ColorLinearSampler>(correction, job);
+            if (can_stage(job)) return warp_form<StagedPieces, 1, GrayLinearEight>(correction, job);
 #endif
-    } else if (kBytes == 4 && job.interpolation == INTERPOLATION_LINEAR) {
-        warp_sse2_with_sampler<kBytes, LinearSampler<4>>(correction, job);
-    } else {
-        warp_sse2_with_sampler<kBytes, StoredSampler>(correction, job);
+            return warp_sse2_with_sampler<1, LinearSampler<1>>(correction, job);
+        }
+    } else if constexpr (kBytes == 3) {
+        if (job.interpolation == INTERPOLATION_COLOR_LINEAR) {
+#if defined(MORVANE_AVX_WARP)
+            if (can_stage(job)) return warp_form<StagedPieces, 3, ColorLinearEight>(correction, job);
+            return warp_sse2_with_sampler<3, ColorLinearPairSampler>(correction, job);
+#else
+            return warp_sse2_with_sampler<3, ColorLinearSampler>(correction, job);
+#endif
+        }
+    } else if constexpr (kBytes == 4) {
+        if (job.interpolation == INTERPOLATION_LINEAR) return warp_sse2_with_sampler<4, LinearSampler<4>>(correction, job);
     }
+    warp_sse2_with_sampler<kBytes, StoredSampler>(correction, job);
 }
 #endif
 
@@ -615,9 +724,9 @@ void warp_with_pixel_size(ProjectiveCorrection& correction, const WarpJob& job) 
     warp_sse2<kBytes>(correction, job);
 #else
     if (job.k.parallelogram) {
-        warp_rows<kBytes, true>(correction, job);
+        warp_by<PlainPieces<kBytes, true>>(correction, job);
     } else {
-        warp_rows<kBytes, false>(correction, job);
+        warp_by<PlainPieces<kBytes, false>>(correction, job);
     }
 #endif
 }
