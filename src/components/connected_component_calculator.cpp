@@ -167,10 +167,14 @@ void ConnectedComponentCalculator::form_strokes(const RunsInImage& lines) {
 void ConnectedComponentCalculator::settle_strokes() {
     if (!strokes_pending) return;
     strokes_pending = false;
-    const bool stored = store_runs;
+    // The caller's choice comes back even when the formation throws.
+    struct Restore {
+        bool& flag;
+        const bool value;
+        ~Restore() { flag = value; }
+    } restore{store_runs, store_runs};
     store_runs = true;
     form_strokes(*runs_in_image);
-    store_runs = stored;
 }
 
 void ConnectedComponentCalculator::formulate_connected_components(const common::BasicImage& image) {
