@@ -421,23 +421,38 @@ __attribute__((target("avx2"))) inline __m256d three_and_zero(double a, double b
     return _mm256_maskload_pd(lanes, _mm256_setr_epi64x(-1, -1, -1, 0));
 }
 
-// The positions of the next two pixels, x and y of the first in the low
-// lanes and of the second in the high ones, and n moved on by two columns.
+// The next two pixels: their positions, x and y of the first in the low
+// lanes and of the second in the high ones; the interior test, bits 0 and 1
+// set where the first pixel's x and y lie from 1 up to inner_high, bits 2
+// and 3 for the second; the floors and the single-precision fractions.
+// n moves on by two columns.
+struct PairPositions {
+    __m256d p;
+    int inner;
+    __m128i floors;
+    __m128 fractions;
+};
+
 template <bool kParallelogram>
-__attribute__((target("avx2"))) inline __m256d next_pair(__m256d& n, __m256d column_step) {
+__attribute__((target("avx2"))) inline PairPositions next_pair(__m256d& n, __m256d column_step, __m256d inner_high) {
     const __m256d first = n, second = _mm256_add_pd(first, column_step);
     n = _mm256_add_pd(second, column_step);
     const __m256d numerators = _mm256_permute2f128_pd(first, second, 0x20);
     // In a parallelogram w stays exactly 1, and a division by 1 changes nothing.
-    if (kParallelogram) return numerators;
-    return _mm256_div_pd(numerators, _mm256_movedup_pd(_mm256_permute2f128_pd(first, second, 0x31)));
+    const __m256d p =
+        kParallelogram
+            ? numerators
+            : _mm256_div_pd(numerators, _mm256_movedup_pd(_mm256_permute2f128_pd(first, second, 0x31)));
+    const int inner = _mm256_movemask_pd(
+        _mm256_and_pd(_mm256_cmp_pd(p, _mm256_set1_pd(1.0), _CMP_GE_OQ), _mm256_cmp_pd(p, inner_high, _CMP_LT_OQ)));
+    const __m128i floors = _mm256_cvttpd_epi32(p);
+    return {p, inner, floors, _mm256_cvtpd_ps(_mm256_sub_pd(p, _mm256_cvtepi32_pd(floors)))};
 }
 
-// Bits 0 and 1 set where the first pixel's x and y lie in the sampled
-// interior, from 1 up to inner_high; bits 2 and 3 for the second.
-__attribute__((target("avx2"))) inline int inner_lanes(__m256d p, __m256d inner_high) {
-    return _mm256_movemask_pd(_mm256_and_pd(_mm256_cmp_pd(p, _mm256_set1_pd(1.0), _CMP_GE_OQ),
-                                            _mm256_cmp_pd(p, inner_high, _CMP_LT_OQ)));
+// The interior's upper limits, x and y for both pixels of a pair.
+__attribute__((target("avx2"))) inline __m256d inner_limits(const WarpJob& job) {
+    const double right = job.input_width - 2, bottom = job.input_height - 2;
+    return _mm256_set_pd(bottom, right, bottom, right);
 }
 
 // One pixel that is not sampled inside: a copy or the fill colour.
@@ -458,8 +473,7 @@ public:
     __attribute__((target("avx2"))) void operator()(RowPosition& start, unsigned char* out, int count) {
         const int bytes = job.bytes<kBytes>();
         const __m256d column_step = three_and_zero(job.column_x, job.column_y, job.column_w);
-        const double inner_right = job.input_width - 2, inner_bottom = job.input_height - 2;
-        const __m256d inner_high = _mm256_set_pd(inner_bottom, inner_right, inner_bottom, inner_right);
+        const __m256d inner_high = inner_limits(job);
         const ptrdiff_t ahead = prefetch_offset(start.n[0], start.n[1], start.n[2], job.column_x, job.column_y,
                                                 job.column_w, bytes, job.row_size);
         // Local copies: the compiler must assume that every byte stored to
@@ -473,10 +487,11 @@ public:
         };
         __m256d n = _mm256_load_pd(start.n);
         for (int u = 0; u < count; u += 2) {
-            const __m256d p = next_pair<kParallelogram>(n, column_step);
-            const int inner = inner_lanes(p, inner_high);
-            const __m128i floors = _mm256_cvttpd_epi32(p);
-            const __m128 fractions = _mm256_cvtpd_ps(_mm256_sub_pd(p, _mm256_cvtepi32_pd(floors)));
+            const PairPositions pp = next_pair<kParallelogram>(n, column_step, inner_high);
+            const __m256d p = pp.p;
+            const int inner = pp.inner;
+            const __m128i floors = pp.floors;
+            const __m128 fractions = pp.fractions;
             const bool pair = u + 1 < count;
             if (inner == 15 && pair) {
                 const unsigned char* first_source =
@@ -592,34 +607,31 @@ public:
     __attribute__((target("avx2"))) void operator()(RowPosition& start, unsigned char* out, int count) {
         const int bytes = kBytes;
         const __m256d column_step = three_and_zero(job.column_x, job.column_y, job.column_w);
-        const double inner_right = job.input_width - 2, inner_bottom = job.input_height - 2;
-        const __m256d inner_high = _mm256_set_pd(inner_bottom, inner_right, inner_bottom, inner_right);
+        const __m256d inner_high = inner_limits(job);
         const __m128i scale = _mm_setr_epi32(bytes, job.row_size, bytes, job.row_size);
         const unsigned char* const input = job.input;
         const ptrdiff_t row_size = job.row_size;
         out_base = out;
         __m256d n = _mm256_load_pd(start.n);
         for (int u = 0; u < count; u += 2) {
-            const __m256d p = next_pair<kParallelogram>(n, column_step);
-            const int inner = inner_lanes(p, inner_high);
-            const __m128i floors = _mm256_cvttpd_epi32(p);
-            const __m128 fractions = _mm256_cvtpd_ps(_mm256_sub_pd(p, _mm256_cvtepi32_pd(floors)));
+            const PairPositions pp = next_pair<kParallelogram>(n, column_step, inner_high);
             // The offsets of both pixels: x * bytes + y * row_size, in lanes 0 and 1.
-            const __m128i scaled = _mm_mullo_epi32(floors, scale);
+            const __m128i scaled = _mm_mullo_epi32(pp.floors, scale);
             const __m128i offsets = _mm_hadd_epi32(scaled, scaled);
             _mm_storel_epi64(reinterpret_cast<__m128i*>(offset + u), offsets);
-            const __m128 split = _mm_shuffle_ps(fractions, fractions, _MM_SHUFFLE(3, 1, 2, 0));
+            const __m128 split = _mm_shuffle_ps(pp.fractions, pp.fractions, _MM_SHUFFLE(3, 1, 2, 0));
             _mm_storel_pi(reinterpret_cast<__m64*>(fx + u), split);
             _mm_storeh_pi(reinterpret_cast<__m64*>(fy + u), split);
             // Only a hint: the offset of a pixel outside is never used otherwise.
             prefetch(input, _mm_cvtsi128_si32(offsets), row_size);
             // The second pixel of the last pair of an odd piece lies past
             // it: the second pass never reads its code.
-            if (inner != 15) {
-                if ((inner & 3) != 3) border(_mm256_castpd256_pd128(p), out + u * bytes);
-                if (u + 1 < count && (inner & 12) != 12) border(_mm256_extractf128_pd(p, 1), out + (u + 1) * bytes);
+            if (pp.inner != 15) {
+                if ((pp.inner & 3) != 3) border(_mm256_castpd256_pd128(pp.p), out + u * bytes);
+                if (u + 1 < count && (pp.inner & 12) != 12)
+                    border(_mm256_extractf128_pd(pp.p, 1), out + (u + 1) * bytes);
             }
-            codes[u >> 1] = static_cast<unsigned char>(inner);
+            codes[u >> 1] = static_cast<unsigned char>(pp.inner);
         }
         _mm256_store_pd(start.n, n);
 
