@@ -176,6 +176,12 @@ struct ColorLinearSampler : OneByOne<ColorLinearSampler> {
 };
 
 #if defined(MORVANE_AVX_WARP)
+// interpolate() on eight lanes: the same single-precision operations in the
+// same order, so every lane equals the scalar result bit for bit.
+__attribute__((target("avx2"))) inline __m256i interpolate8(__m256 a, __m256 b, __m256 one_minus_f, __m256 f) {
+    return _mm256_cvttps_epi32(_mm256_add_ps(_mm256_mul_ps(one_minus_f, a), _mm256_mul_ps(f, b)));
+}
+
 // color_linear_kernel on two neighbouring output pixels in the eight lanes of
 // the wider unit: channels 0 to 3 of the first pixel low, of the second
 // high, the same single-precision operations lane by lane.
@@ -193,11 +199,11 @@ struct ColorLinearPairSampler : ColorLinearSampler {
         const __m256i low_byte = _mm256_set1_epi32(0xff);
         __m256 left, right;
         channels(first, second, 0, left, right);
-        const __m256i top = _mm256_and_si256(interpolate(left, right, one_minus_f, f), low_byte);
+        const __m256i top = _mm256_and_si256(interpolate8(left, right, one_minus_f, f), low_byte);
         channels(first, second, row_size, left, right);
-        const __m256i bottom = _mm256_and_si256(interpolate(left, right, one_minus_f, f), low_byte);
+        const __m256i bottom = _mm256_and_si256(interpolate8(left, right, one_minus_f, f), low_byte);
         const __m256i value =
-            interpolate(_mm256_cvtepi32_ps(top), _mm256_cvtepi32_ps(bottom), one_minus_g, g);
+            interpolate8(_mm256_cvtepi32_ps(top), _mm256_cvtepi32_ps(bottom), one_minus_g, g);
         // 0..255 in every lane, so the saturating packs keep the values;
         // then the three channels of each pixel side by side.
         const __m128i words = _mm_packs_epi32(_mm256_castsi256_si128(value), _mm256_extracti128_si256(value, 1));
@@ -225,9 +231,6 @@ private:
             _mm_loadu_si128(reinterpret_cast<const __m128i*>(second + offset)), 1);
         left = _mm256_cvtepi32_ps(_mm256_shuffle_epi8(bytes, own));
         right = _mm256_cvtepi32_ps(_mm256_shuffle_epi8(bytes, next));
-    }
-    __attribute__((target("avx2"))) static __m256i interpolate(__m256 a, __m256 b, __m256 one_minus_f, __m256 f) {
-        return _mm256_cvttps_epi32(_mm256_add_ps(_mm256_mul_ps(one_minus_f, a), _mm256_mul_ps(f, b)));
     }
 };
 #endif
@@ -554,10 +557,10 @@ struct GrayLinearEight : LinearSampler<1> {
         const __m256 one = _mm256_set1_ps(1.0f);
         const __m256 one_minus_f = _mm256_sub_ps(one, f), one_minus_g = _mm256_sub_ps(one, g);
         const __m256i top = _mm256_and_si256(
-            interpolate(byte_lanes(upper, 0), byte_lanes(upper, 8), one_minus_f, f), low_byte);
+            interpolate8(byte_lanes(upper, 0), byte_lanes(upper, 8), one_minus_f, f), low_byte);
         const __m256i bottom = _mm256_and_si256(
-            interpolate(byte_lanes(lower, 0), byte_lanes(lower, 8), one_minus_f, f), low_byte);
-        const __m256i value = interpolate(_mm256_cvtepi32_ps(top), _mm256_cvtepi32_ps(bottom), one_minus_g, g);
+            interpolate8(byte_lanes(lower, 0), byte_lanes(lower, 8), one_minus_f, f), low_byte);
+        const __m256i value = interpolate8(_mm256_cvtepi32_ps(top), _mm256_cvtepi32_ps(bottom), one_minus_g, g);
         // 0..255 in every lane, so the saturating packs keep the values.
         const __m256i words = _mm256_packs_epi32(value, value);
         const __m256i bytes = _mm256_packus_epi16(words, words);
@@ -568,9 +571,6 @@ struct GrayLinearEight : LinearSampler<1> {
 private:
     __attribute__((target("avx2"))) static __m256 byte_lanes(__m256i lanes, int shift) {
         return _mm256_cvtepi32_ps(_mm256_and_si256(_mm256_srli_epi32(lanes, shift), _mm256_set1_epi32(0xff)));
-    }
-    __attribute__((target("avx2"))) static __m256i interpolate(__m256 a, __m256 b, __m256 one_minus_f, __m256 f) {
-        return _mm256_cvttps_epi32(_mm256_add_ps(_mm256_mul_ps(one_minus_f, a), _mm256_mul_ps(f, b)));
     }
 };
 
