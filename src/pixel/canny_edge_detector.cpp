@@ -159,6 +159,11 @@ struct Limits {
     int high;
 };
 
+// What the hysteresis needs to know of a maximum's magnitude m.
+inline unsigned char hysteresis_code(int m, const Limits& limits) {
+    return static_cast<unsigned char>((m > limits.low ? kFollowable : 0) | (m >= limits.high ? kSeed : 0));
+}
+
 // The mark of pixel x of a line, from its gradient and the magnitudes of its
 // line and the lines above and below.
 inline unsigned char mark_of(int gx, int gy, const unsigned char* up, const unsigned char* centre,
@@ -184,7 +189,7 @@ inline unsigned char mark_of(int gx, int gy, const unsigned char* up, const unsi
     const int32_t behind = axis_behind * (65536 - r) + line_behind[x - sx] * r;
     const int32_t scaled = m << 16;
     if (!(scaled > ahead && scaled >= behind)) return 0;
-    return static_cast<unsigned char>((m > limits.low ? kFollowable : 0) | (m >= limits.high ? kSeed : 0));
+    return hysteresis_code(m, limits);
 }
 
 #if defined(__SSE2__)
@@ -414,13 +419,16 @@ void CannyEdgeDetector::follow_edges(unsigned char* marks, const unsigned char* 
         std::memset(marks, 0, count);
         return;
     }
-    for (size_t i = 0; i < count; ++i) {
-        const int m = magnitude[i];
-        const bool frame = i < static_cast<size_t>(width) || i >= count - width || i % width == 0 ||
-                           i % width == static_cast<size_t>(width - 1);
-        marks[i] = marks[i] == 128 && !frame
-                       ? static_cast<unsigned char>((m > low ? kFollowable : 0) | (m >= high ? kSeed : 0))
-                       : 0;
+    // The frame is never marked; inside, a 128 becomes its hysteresis code.
+    const Limits limits{low, high};
+    for (int y = 0; y < height; ++y) {
+        unsigned char* line = marks + static_cast<ptrdiff_t>(y) * width;
+        const unsigned char* m = magnitude + static_cast<ptrdiff_t>(y) * width;
+        const bool frame_line = y == 0 || y == height - 1;
+        for (int x = 0; x < width; ++x) {
+            const bool frame = frame_line || x == 0 || x == width - 1;
+            line[x] = line[x] == 128 && !frame ? hysteresis_code(m[x], limits) : 0;
+        }
     }
     follow_from_seeds(marks, width, height);
     finish_marks(marks, count);
